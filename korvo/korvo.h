@@ -1,0 +1,14 @@
+// The umbrella header: every exported class of the library.
+#ifndef KORVO_KORVO_H_
+#define KORVO_KORVO_H_
+
+#include "korvo/context/proj_path.h"
+#include "korvo/foundation/list0.h"
+#include "korvo/foundation/messages.h"
+#include "korvo/foundation/stdio_file_mem.h"
+#include "korvo/foundation/versal_text.h"
+#include "korvo/platform/datetime.h"
+#include "korvo/platform/file.h"
+#include "korvo/soundings/korvo_snd.h"
+
+#endif  // KORVO_KORVO_H_
