@@ -9,6 +9,7 @@
 #include "korvo/foundation/versal_text.h"
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
+#include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
 
 #endif  // KORVO_KORVO_H_

@@ -1,6 +1,7 @@
 #include "korvo/soundings/korvo_snd.h"
 
 #include <cstring>
+#include <new>
 
 #include "korvo/context/file_names.h"
 #include "korvo/context/proj_path.h"
@@ -9,6 +10,7 @@
 #include "korvo/foundation/messages.h"
 #include "korvo/foundation/versal_text.h"
 #include "korvo/platform/env.h"
+#include "korvo/soundings/basic_methods.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -121,6 +123,7 @@ CKorvoSnd::CKorvoSnd(CProjPath* proj, CKorvoDbs* dbs) : m_proj(proj), m_dbs(dbs)
 CKorvoSnd::CKorvoSnd(CProjPath* proj, CKorvoDbs* dbs, CAutoIni* ini)
     : m_proj(proj), m_dbs(dbs), m_ini(ini) {
   Clear();
+  ReadKod();
 }
 
 void CKorvoSnd::Clear() {
@@ -159,10 +162,32 @@ void CKorvoSnd::Clear() {
   own_proj_ = nullptr;
 }
 
-CKorvoSnd::~CKorvoSnd() { delete own_proj_; }
+CKorvoSnd::~CKorvoSnd() {
+  delete m_dreie;
+  delete m_dtrykk;
+  delete m_enkel;
+  delete m_ram;
+  delete own_proj_;
+}
+
+namespace {
+
+// A later block of the same code replaces the one before.
+template <class Part>
+int MakePart(Part*& part, int konv, int rensa, int samlagring) {
+  delete part;
+  part = new (std::nothrow) Part(konv, rensa, samlagring);
+  return part != nullptr ? 1 : 0;
+}
+
+}  // namespace
 
 int CKorvoSnd::New(int code) {
   switch (code) {
+    case kCodeDreie: return MakePart(m_dreie, konvflagga, rensa, samlagring);
+    case kCodeEnkel: return MakePart(m_enkel, konvflagga, rensa, samlagring);
+    case kCodeDtrykk: return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
+    case kCodeRam: return MakePart(m_ram, konvflagga, rensa, samlagring);
     default:
       return 0;
   }
@@ -324,8 +349,11 @@ void CKorvoSnd::ReadBlocks() {
     } else if (code == kCodeDocumentMark) {
       SkipToMarker(line_);
     } else if (IsMethodCode(code)) {
-      if (!New(code)) ReportPartNotMade(code, id);
-      // Each part's reader is added here as its class joins the library.
+      if (New(code)) {
+        InitMethod(code);
+      } else {
+        ReportPartNotMade(code, id);
+      }
     } else if (code == kCodeCptHeader) {
       korvo::ShowStatus(
           korvo::Format(L"Kan inte skapa klassinformation för CPTHeader (Id=%s)", id));
@@ -334,6 +362,17 @@ void CKorvoSnd::ReadBlocks() {
       SkipToMarker(line_);
     }
     have = m_snd.ReadString(line_);
+  }
+}
+
+// The block reads itself up to and including the marker that ends it.
+void CKorvoSnd::InitMethod(int code) {
+  switch (code) {
+    case kCodeDreie: m_dreie->Init(&m_snd, datum); break;
+    case kCodeEnkel: m_enkel->Init(&m_snd, datum); break;
+    case kCodeDtrykk: m_dtrykk->Init(&m_snd, datum); break;
+    case kCodeRam: m_ram->Init(&m_snd, datum); break;
+    default: break;
   }
 }
 
@@ -485,9 +524,13 @@ void CKorvoSnd::WriteIdentity() {
 }
 
 void CKorvoSnd::WriteMethods() {
-  // Each part's writer is added here, in file order, as its class joins the
-  // library: Dreie, Ram, Total, Fjell, Dtrykk, Enkel, CPT, DPT, Kärnborr,
-  // Vattenförlust.
+  // The remaining parts' writers are added here, in file order, as their
+  // classes join the library: Dreie, Ram, Total, Fjell, Dtrykk, Enkel, CPT,
+  // DPT, Kärnborr, Vattenförlust.
+  if (m_dreie) m_dreie->Uppdat(&m_snd);
+  if (m_ram) m_ram->Uppdat(&m_snd);
+  if (m_dtrykk) m_dtrykk->Uppdat(&m_snd);
+  if (m_enkel) m_enkel->Uppdat(&m_snd);
 }
 
 void CKorvoSnd::WriteOtherParts() {}

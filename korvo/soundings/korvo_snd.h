@@ -9,6 +9,7 @@
 #include "korvo/export.h"
 #include "korvo/foundation/stdio_file_mem.h"
 #include "korvo/platform/file.h"
+#include "korvo/soundings/code_table.h"
 
 class CProjPath;
 class CAutoIni;
@@ -45,6 +46,12 @@ class KORVO_EXPORT CKorvoSnd {
   static int Vimfilter;
   // The code-system tag that new method blocks take; "SGF" unless changed.
   static const wchar_t* Kodtyp;
+  // The code table of remark words (28 rows, Ikod1) and the load words of a
+  // rotary sounding (9, Ivikt); see code_table.h.
+  static kod Akod1[28];
+  static const int Ikod1;
+  static const wchar_t* const Vikter[9];
+  static const int Ivikt;
 
   CKorvoSnd();
   CKorvoSnd(CProjPath* proj, CKorvoDbs* dbs);
@@ -84,6 +91,24 @@ class KORVO_EXPORT CKorvoSnd {
   // Memory mode for the .SND stream; turning it on also makes the file names
   // the fixed temporary ones for good.
   void SetMemFile(int flag);
+
+  // The first row of the code table that a word of `text` names and that is
+  // valid for `metod` (7, 21..26), or with `alla` 1 for any method; null when
+  // there is none. The text is upper-cased, cut at the first "<", ">" or ","
+  // and split into at most five words; `*antal` gets their number, -1 for an
+  // empty text. `mod` chooses the words: n >= 1 the n-th only (null when there
+  // are fewer), 0 all, -2 all but materials only, -1 whether the text holds
+  // the code `nyckel` names. Row order decides, not word order. `kodtyp` has
+  // no effect: codes are taken in digits and in letters under both systems.
+  static kod* Findkod(int metod, const wchar_t* text, int mod, int* antal,
+                      const wchar_t* nyckel, const wchar_t* kodtyp, int alla);
+  static kod* FindkodSGF(int metod, const wchar_t* text, int mod, int* antal,
+                         const wchar_t* nyckel, const wchar_t* kodtyp, int alla);
+  // The index in Akod1 of the row the first word of `text` names and that is
+  // valid for `metod` (or any method with `alla` 1); -1 when there is none.
+  int FindkodOrderNo(int metod, const wchar_t* text, int alla);
+  // 1..9, the place of `text` (any case) among Vikter; 0 when it is none.
+  static int Findvikt(const wchar_t* text);
 
   // Operations kept for the calling programs that have no effect here.
   void AddVbToPrv() {}
@@ -141,6 +166,7 @@ class KORVO_EXPORT CKorvoSnd {
   bool OpenForReading();
   void ReadHead();
   void ReadBlocks();
+  void InitMethod(int code);
   void ReadIdentity(std::wstring& line);
   bool SkipToMarker(std::wstring& line);
   int ReadOtherFiles();
@@ -155,6 +181,9 @@ class KORVO_EXPORT CKorvoSnd {
   void SetNamesFromId();
   void SetNamesForSave(const wchar_t* pid, const wchar_t* path);
   CStdioFileMem* Stream(int index);
+  // Applies the project's code setting to the table; see code_table.cpp.
+  int ReadKod();
+  int ReadKodfil(const std::wstring& path);
 
   // A CProjPath that Uppdat made for a document without one.
   CProjPath* own_proj_;
