@@ -75,15 +75,15 @@ bool CStdioFile::LoadWhole() {
     got += n;
   }
   in_.resize(got);
-  if (!in_.empty() && in_.back() == kDosEof) in_.pop_back();
   return true;
 }
 
 int CStdioFile::ReadString(std::wstring& line) {
   if (!loaded_) LoadWhole();
-  if (in_pos_ >= in_.size()) return 0;
+  const size_t end = !in_.empty() && in_.back() == kDosEof ? in_.size() - 1 : in_.size();
+  if (in_pos_ >= end) return 0;
   const char* start = in_.data() + in_pos_;
-  const size_t left = in_.size() - in_pos_;
+  const size_t left = end - in_pos_;
   const auto* newline = static_cast<const char*>(std::memchr(start, '\n', left));
   size_t length = newline ? static_cast<size_t>(newline - start) : left;
   in_pos_ += newline ? length + 1 : length;
@@ -118,8 +118,16 @@ bool CStdioFile::Write(const void* buffer, unsigned count) {
   return FlushLines() && CFile::Write(buffer, count);
 }
 
+uint64_t CStdioFile::GetPosition() const {
+  const uint64_t system = CFile::GetPosition();
+  if (loaded_) return system - (in_.size() - in_pos_);
+  return system + out_.size();
+}
+
 int64_t CStdioFile::Seek(int64_t offset, int from) {
   FlushLines();
+  // The system stands at the end of the loaded text, not at the reader.
+  if (loaded_ && from == current) offset -= static_cast<int64_t>(in_.size() - in_pos_);
   // The next read loads the file again from the new position.
   loaded_ = false;
   in_.clear();

@@ -89,10 +89,12 @@ class KORVO_EXPORT CStdioFile : public CFile {
   bool Flush() override;
   // Binary reads continue from the loaded text; binary writes follow the
   // buffered lines. A seek writes the buffered lines and drops the loaded
-  // text, so that the next read starts at the new position.
+  // text, so that the next read starts at the new position. Positions count
+  // the lines read and the lines written so far.
   unsigned Read(void* buffer, unsigned count) override;
   bool Write(const void* buffer, unsigned count) override;
   int64_t Seek(int64_t offset, int from) override;
+  uint64_t GetPosition() const override;
 
   // Reads the next line, without its line end, into `line` (reusing its
   // storage). Returns non-zero while a line was read, 0 at the end.

@@ -86,17 +86,24 @@ TEST(CStdioFileRead, ReusesTheCallersString) {
   EXPECT_EQ(line.data(), storage);
 }
 
-TEST(CStdioFileRead, SeekToBeginReadsAgain) {
+TEST(CStdioFileRead, PositionsFollowTheLinesRead) {
   TempDir dir;
-  dir.Write("a", "x\ny\n");
+  dir.Write("a", "x\r\nyz\nw\n");
   CStdioFile f;
   ASSERT_TRUE(f.Open(dir.File("a").c_str(), CFile::modeRead));
   std::wstring line;
   ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(f.GetPosition(), 3u);
   ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(f.Seek(-3, CFile::current), 3);
+  ASSERT_TRUE(f.ReadString(line));
+  EXPECT_EQ(line, L"yz");
   f.SeekToBegin();
   ASSERT_TRUE(f.ReadString(line));
   EXPECT_EQ(line, L"x");
+  char rest[8] = {};
+  EXPECT_EQ(f.Read(rest, sizeof rest), 5u);
+  EXPECT_EQ(std::string(rest), "yz\nw\n");
 }
 
 TEST(CStdioFileWrite, WritesCrLfInWindows1252) {
@@ -105,6 +112,7 @@ TEST(CStdioFileWrite, WritesCrLfInWindows1252) {
     CStdioFile f;
     ASSERT_TRUE(f.Open(dir.File("w.snd").c_str(), CFile::modeCreate | CFile::modeWrite));
     f.WriteString(L"-1 \x00E5\x00E4\x00F6 \x20AC\n");
+    EXPECT_EQ(f.GetPosition(), 10u);
     f.WriteString(L"two\nthree");
     f.WriteString(std::wstring(L"\n\x4E2D\n"));
     EXPECT_TRUE(f.WriteOk());
