@@ -668,6 +668,7 @@ class Scanner {
   Step ScanChars(const ScanSpec& spec);
   Step ScanSet(const ScanSpec& spec, const wchar_t** f);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
+  bool SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end);
 
   // The next destination, or null when the caller gave too few.
   const ScanArg* Destination() { return next_ != last_ ? next_++ : nullptr; }
@@ -783,8 +784,11 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
     unsigned d = static_cast<unsigned>(DigitValue(*p_));
     if (d >= base) break;
     any_digit = true;
-    if (magnitude > (ULLONG_MAX - d) / base) overflow = true;
-    magnitude = magnitude * base + d;
+    // Sticky: once over, the value saturates whatever follows.
+    if (__builtin_mul_overflow(magnitude, base, &magnitude) ||
+        __builtin_add_overflow(magnitude, d, &magnitude)) {
+      overflow = true;
+    }
   }
   if (!any_digit) return Step::kMismatch;
   if (spec.suppress) return Step::kOk;
@@ -861,6 +865,7 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
     size_t taken = p_ - start;
     if (taken == sign || (hex && taken == sign + 2)) return Step::kMismatch;
   }
+  if (SimpleDecimal(spec, start, p_)) return spec.suppress ? Step::kOk : Assigned();
   // The text is ASCII by now: narrow it for std::from_chars.
   size_t n = p_ - start;
   char small[128];
@@ -872,6 +877,42 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
   }
   std::transform(start, p_, text, [](wchar_t ch) { return static_cast<char>(ch); });
   return StoreFloat(spec, text, text + n);
+}
+
+// Plain decimals ("-12.345", "7") whose digits and power of ten are exact
+// in the destination's type: one correctly rounded division or product
+// gives the value. Returns false, storing nothing, for anything else.
+bool Scanner::SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end) {
+  bool negative = *s == L'-';
+  if (*s == L'-' || *s == L'+') ++s;
+  unsigned long long mantissa = 0;
+  int digits = 0;
+  int decimals = 0;
+  bool seen_point = false;
+  for (; s < end; ++s) {
+    if (IsDigit(*s)) {
+      mantissa = mantissa * 10 + (*s - L'0');
+      ++digits;
+      if (seen_point) ++decimals;
+    } else if (*s == L'.' && !seen_point) {
+      seen_point = true;
+    } else {
+      return false;
+    }
+  }
+  if (digits == 0 || digits > 15 || decimals > 22) return false;
+  if (spec.suppress) return true;
+  if (next_ == last_ || !IsNumberKind(next_->kind())) return false;
+  if (next_->kind() == ScanArg::kFloat) {
+    if (mantissa > (1u << 24) || decimals > 10) return false;
+    float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
+    StoreNumber(*Destination(), negative ? -v : v);
+    return true;
+  }
+  double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
+  if (next_->kind() == ScanArg::kLongDouble) return false;
+  StoreNumber(*Destination(), negative ? -v : v);
+  return true;
 }
 
 Step Scanner::StoreFloat(const ScanSpec& spec, const char* s, const char* end) {
