@@ -171,12 +171,12 @@ TEST_F(KorvoSndTest, CodeLineWithoutNumberRepeatsTheCodeBefore) {
 }
 
 TEST_F(KorvoSndTest, MethodBlockWithoutItsClassCostsAStatusText) {
-  WriteField("R.SND", Head() + "*\n24 01.02.2020\n*\n");
+  WriteField("R.SND", Head() + "*\n35 01.02.2020\n*\n");
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"R", nullptr);
   ASSERT_FALSE(status_.empty());
-  EXPECT_EQ(status_[0], L"Kan inte skapa klassinformation för Ram (Id=R)");
-  EXPECT_EQ(snd.New(21), 0);
+  EXPECT_EQ(status_[0], L"Kan inte skapa klassinformation för DPT (Id=R)");
+  EXPECT_EQ(snd.New(35), 0);
   EXPECT_EQ(snd.New(12), 0);
 }
 
