@@ -71,23 +71,39 @@ struct RamRows {
 int CKorvoDreie::Init(CStdioFileMem* fil, const wchar_t* date) {
   return ReadBlock<DreieRows>(fil, date);
 }
-int CKorvoDreie::Uppdat(CStdioFileMem* fil) { return WriteBlock<DreieRows>(fil); }
-int CKorvoDreie::MyKod() { return FindMy<DreieRows>(); }
+int CKorvoDreie::Uppdat(CStdioFileMem* fil) {
+  return WriteBlock<DreieRows>(fil);
+}
+int CKorvoDreie::MyKod() {
+  return FindMy<DreieRows>();
+}
 
 int CKorvoEnkel::Init(CStdioFileMem* fil, const wchar_t* date) {
   return ReadBlock<EnkelRows>(fil, date);
 }
-int CKorvoEnkel::Uppdat(CStdioFileMem* fil) { return WriteBlock<EnkelRows>(fil); }
-int CKorvoEnkel::MyKod() { return FindMy<EnkelRows>(); }
+int CKorvoEnkel::Uppdat(CStdioFileMem* fil) {
+  return WriteBlock<EnkelRows>(fil);
+}
+int CKorvoEnkel::MyKod() {
+  return FindMy<EnkelRows>();
+}
 
 int CKorvoDtrykk::Init(CStdioFileMem* fil, const wchar_t* date) {
   return ReadBlock<DtrykkRows>(fil, date);
 }
-int CKorvoDtrykk::Uppdat(CStdioFileMem* fil) { return WriteBlock<DtrykkRows>(fil); }
-int CKorvoDtrykk::MyKod() { return FindMy<DtrykkRows>(); }
+int CKorvoDtrykk::Uppdat(CStdioFileMem* fil) {
+  return WriteBlock<DtrykkRows>(fil);
+}
+int CKorvoDtrykk::MyKod() {
+  return FindMy<DtrykkRows>();
+}
 
 int CKorvoRam::Init(CStdioFileMem* fil, const wchar_t* date) {
   return ReadBlock<RamRows>(fil, date);
 }
-int CKorvoRam::Uppdat(CStdioFileMem* fil) { return WriteBlock<RamRows>(fil); }
-int CKorvoRam::MyKod() { return FindMy<RamRows>(); }
+int CKorvoRam::Uppdat(CStdioFileMem* fil) {
+  return WriteBlock<RamRows>(fil);
+}
+int CKorvoRam::MyKod() {
+  return FindMy<RamRows>();
+}

@@ -28,10 +28,18 @@ constexpr kod Row(int material, int nummer, const wchar_t* text, const wchar_t* 
   for (int entry = 0; entry < korvo::kMethodEntries; ++entry) {
     const int metod = entry == 0 ? 7 : entry + 20;
     switch (valid) {
-      case Valid::kAll: row.metoder[entry] = 1; break;
-      case Valid::kTotalFjell: row.metoder[entry] = metod == 25 || metod == 26; break;
-      case Valid::kDtrykkTotal: row.metoder[entry] = metod == 23 || metod == 25; break;
-      case Valid::kTotal: row.metoder[entry] = metod == 25; break;
+      case Valid::kAll:
+        row.metoder[entry] = 1;
+        break;
+      case Valid::kTotalFjell:
+        row.metoder[entry] = metod == 25 || metod == 26;
+        break;
+      case Valid::kDtrykkTotal:
+        row.metoder[entry] = metod == 23 || metod == 25;
+        break;
+      case Valid::kTotal:
+        row.metoder[entry] = metod == 25;
+        break;
     }
   }
   return row;
@@ -39,6 +47,8 @@ constexpr kod Row(int material, int nummer, const wchar_t* text, const wchar_t* 
 
 }  // namespace
 
+// One row a line, in the order that decides between codes a remark names.
+// clang-format off
 kod CKorvoSnd::Akod1[28] = {
     Row(0, 10, L"10", L"", Valid::kAll),
     Row(0, 11, L"11", L">5", Valid::kAll),
@@ -69,10 +79,11 @@ kod CKorvoSnd::Akod1[28] = {
     Row(0, 79, L"P2", L"P2", Valid::kDtrykkTotal),
     Row(0, 81, L"MY", L"\u00f0", Valid::kAll),
 };
+// clang-format on
 
 const int CKorvoSnd::Ikod1 = korvo::kCodeRows;
 
-const wchar_t* const CKorvoSnd::Vikter[9] = {L"5",  L"15",  L"25",  L"50", L"75",
+const wchar_t* const CKorvoSnd::Vikter[9] = {L"5",   L"15",  L"25",  L"50", L"75",
                                              L"100", L"SL1", L"SL2", L"SL"};
 const int CKorvoSnd::Ivikt = korvo::kLoadWords;
 
@@ -114,9 +125,9 @@ void PrepareText(const wchar_t* text, wchar_t (&buffer)[kTextBuffer]) {
 void SplitWords(const wchar_t* text, int max_words, Words& words) {
   wchar_t buffer[kTextBuffer];
   PrepareText(text, buffer);
-  words.count = korvo::Scan(buffer, max_words == 1 ? L"%24s" : L"%24s %24s %24s %24s %24s",
-                            &words.word[0], &words.word[1], &words.word[2], &words.word[3],
-                            &words.word[4]);
+  words.count =
+      korvo::Scan(buffer, max_words == 1 ? L"%24s" : L"%24s %24s %24s %24s %24s", &words.word[0],
+                  &words.word[1], &words.word[2], &words.word[3], &words.word[4]);
 }
 
 bool ValidFor(const kod& row, int metod, int alla) {
@@ -125,8 +136,18 @@ bool ValidFor(const kod& row, int metod, int alla) {
   return entry >= 0 && row.metoder[entry] == 1;
 }
 
+// Exact equality of two texts; most words differ from most codes at once.
+bool Same(const wchar_t* a, const wchar_t* b) {
+  while (*a == *b) {
+    if (*a == L'\0') return true;
+    ++a;
+    ++b;
+  }
+  return false;
+}
+
 bool Names(const kod& row, const wchar_t* word) {
-  return std::wcscmp(word, row.kod) == 0 || std::wcscmp(word, row.text) == 0;
+  return Same(word, row.kod) || Same(word, row.text);
 }
 
 // The index of the first row, in table order, that one of words[first..last]
@@ -143,12 +164,19 @@ int SearchRows(const Words& words, int first, int last, int metod, int alla, boo
   return -1;
 }
 
-kod* RowAt(int index) { return index < 0 ? nullptr : &CKorvoSnd::Akod1[index]; }
+kod* RowAt(int index) {
+  return index < 0 ? nullptr : &CKorvoSnd::Akod1[index];
+}
 
 }  // namespace
 
-kod* CKorvoSnd::Findkod(int metod, const wchar_t* text, int mod, int* antal,
-                        const wchar_t* nyckel, const wchar_t* kodtyp, int alla) {
+kod* CKorvoSnd::Findkod(int metod, const wchar_t* text, int mod, int* antal, const wchar_t* nyckel,
+                        const wchar_t* kodtyp, int alla) {
+  // Most rows carry no remark: no word, and so no row in any mode.
+  if (text == nullptr || text[0] == L'\0') {
+    if (antal != nullptr) *antal = -1;
+    return nullptr;
+  }
   Words words;
   SplitWords(text, kMaxWords, words);
   if (antal != nullptr) *antal = words.count;

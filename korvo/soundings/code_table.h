@@ -12,12 +12,12 @@
 
 // One row of the code table.
 struct kod {
-  int material;      // 1: a soil material, 0: any other code
-  int nummer;        // the code as a number
-  wchar_t kod[4];    // the code in digits
-  wchar_t text[10];  // the code in letters, upper case
-  wchar_t symbol[6]; // the symbol shown for the code
-  int metoder[10];   // validity per method (see korvo::MethodEntry): 1 valid
+  int material;       // 1: a soil material, 0: any other code
+  int nummer;         // the code as a number
+  wchar_t kod[4];     // the code in digits
+  wchar_t text[10];   // the code in letters, upper case
+  wchar_t symbol[6];  // the symbol shown for the code
+  int metoder[10];    // validity per method (see korvo::MethodEntry): 1 valid
 };
 
 namespace korvo {

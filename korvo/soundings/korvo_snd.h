@@ -100,10 +100,10 @@ class KORVO_EXPORT CKorvoSnd {
   // are fewer), 0 all, -2 all but materials only, -1 whether the text holds
   // the code `nyckel` names. Row order decides, not word order. `kodtyp` has
   // no effect: codes are taken in digits and in letters under both systems.
-  static kod* Findkod(int metod, const wchar_t* text, int mod, int* antal,
-                      const wchar_t* nyckel, const wchar_t* kodtyp, int alla);
-  static kod* FindkodSGF(int metod, const wchar_t* text, int mod, int* antal,
-                         const wchar_t* nyckel, const wchar_t* kodtyp, int alla);
+  static kod* Findkod(int metod, const wchar_t* text, int mod, int* antal, const wchar_t* nyckel,
+                      const wchar_t* kodtyp, int alla);
+  static kod* FindkodSGF(int metod, const wchar_t* text, int mod, int* antal, const wchar_t* nyckel,
+                         const wchar_t* kodtyp, int alla);
   // The index in Akod1 of the row the first word of `text` names and that is
   // valid for `metod` (or any method with `alla` 1); -1 when there is none.
   int FindkodOrderNo(int metod, const wchar_t* text, int alla);

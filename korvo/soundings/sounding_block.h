@@ -25,18 +25,18 @@ namespace korvo {
 template <class Row, size_t StopWidth>
 class SoundingBlock : public list0<Row> {
  public:
-  wchar_t kodsystem[4] = {};       // code system of the remarks, "KRV" or "SGF"
-  int stopp = 0;                   // stop code of the sounding
-  wchar_t datum[12] = {};          // date of the block, from its code line
-  int digit = 0;                   // above 0: digitised
-  int metodtal = 0;                // carried for the calling programs
+  wchar_t kodsystem[4] = {};          // code system of the remarks, "KRV" or "SGF"
+  int stopp = 0;                      // stop code of the sounding
+  wchar_t datum[12] = {};             // date of the block, from its code line
+  int digit = 0;                      // above 0: digitised
+  int metodtal = 0;                   // carried for the calling programs
   wchar_t stopptext[StopWidth] = {};  // one word
-  int flagga1 = 0;                 // 0 or 1, carried for the calling programs
-  int konvflagga = 0;              // the character conversion flag of the owner
-  int rensa = 0;                   // passed on by the owner; no effect here
-  int samlagring = 0;              // passed on by the owner; no effect here
-  std::wstring guid;               // identity of the block, made at its first save
-  double startdjup = 0.0;          // where the rows start; set by the status summary
+  int flagga1 = 0;                    // 0 or 1, carried for the calling programs
+  int konvflagga = 0;                 // the character conversion flag of the owner
+  int rensa = 0;                      // passed on by the owner; no effect here
+  int samlagring = 0;                 // passed on by the owner; no effect here
+  std::wstring guid;                  // identity of the block, made at its first save
+  double startdjup = 0.0;             // where the rows start; set by the status summary
 
  protected:
   // A bare block, for classes that fill the head themselves.
@@ -73,8 +73,8 @@ class SoundingBlock : public list0<Row> {
   void AppendMethodHead(int code, std::wstring& out) {
     EnsureGuid(guid);
     AppendFormat(out, L"*\n%d %s\n", code, datum);
-    AppendFormat(out, L"%f %d %d %d %d %ld %s GUID %s\n", static_cast<float>(flagga1), stopp,
-                 digit, 0, CodeSystemNumber(kodsystem), metodtal, stopptext, guid);
+    AppendFormat(out, L"%f %d %d %d %d %ld %s GUID %s\n", static_cast<float>(flagga1), stopp, digit,
+                 0, CodeSystemNumber(kodsystem), metodtal, stopptext, guid);
   }
 
   // Reads the method line, then one row per line up to and including the
