@@ -1,0 +1,578 @@
+#include "korvo/foundation/list0.h"
+
+#include <cstddef>
+#include <cstring>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace korvo {
+namespace {
+
+struct Row {
+  int key;
+  int id;
+  double value;
+};
+
+// A data class as the library makes them: key 1 sorts by `key` ascending,
+// -1 descending, 2 answers 1 whatever the rows, anything else keeps the order.
+class Rows : public list0<Row> {
+ public:
+  using list0<Row>::SorteraUrval;
+
+  int calls = 0;
+
+ protected:
+  int Sortval(int key) override {
+    ++calls;
+    switch (key) {
+      case 1:
+        return pmael->key < pael->key ? 1 : 0;
+      case -1:
+        return pmael->key > pael->key ? 1 : 0;
+      case 2:
+        return 1;
+      default:
+        return 0;
+    }
+  }
+};
+
+// Appends rows with ids 1, 2, ... and the given keys, as a loader does.
+void Fill(list0<Row>& list, std::initializer_list<int> keys) {
+  int id = list.antal;
+  for (int key : keys) {
+    Row row{key, ++id, key * 0.5};
+    ASSERT_EQ(list.Ny(1, &row), 0);
+  }
+}
+
+// The ids front to back; checks on the way that the back-links, `sista` and
+// the count agree with the forward walk.
+std::vector<int> Ids(list0<Row>& list) {
+  std::vector<int> ids;
+  if (list.Home() == 0) {
+    do ids.push_back(list.pael->id);
+    while (list++);
+  }
+  std::vector<int> back;
+  if (list.End() == 0) {
+    do back.insert(back.begin(), list.pael->id);
+    while (list--);
+  }
+  EXPECT_EQ(ids, back);
+  EXPECT_EQ(static_cast<int>(ids.size()), list.antal);
+  if (!ids.empty()) {
+    EXPECT_EQ(list.sista->rec.id, ids.back());
+  }
+  return ids;
+}
+
+std::vector<int> Keys(list0<Row>& list) {
+  std::vector<int> keys;
+  if (list.Home() == 0) {
+    do keys.push_back(list.pael->key);
+    while (list++);
+  }
+  return keys;
+}
+
+// What a call threw: "ptr:" or "str:" for the two forms, then the text.
+template <class F>
+std::wstring Thrown(F f) {
+  try {
+    f();
+  } catch (const wchar_t* text) {
+    return L"ptr:" + std::wstring(text);
+  } catch (const std::wstring& text) {
+    return L"str:" + text;
+  }
+  return L"nothing";
+}
+
+using Ints = std::vector<int>;
+
+TEST(List0Cursor, EmptyListReportsNoPlaceAndZeroRows) {
+  list0<Row> list;
+  int n = 99;
+  EXPECT_EQ(list.Where(&n), -1);
+  EXPECT_EQ(n, 0);
+  EXPECT_EQ(list.Where(nullptr), -1);
+  EXPECT_EQ(list.Home(), -1);
+  EXPECT_EQ(list.End(), -1);
+  EXPECT_EQ(list++, nullptr);
+  EXPECT_EQ(list--, nullptr);
+  EXPECT_EQ(list.Delete(), -1);
+  EXPECT_EQ(list.plats, 0);
+  EXPECT_EQ(list.pael, nullptr);
+  EXPECT_EQ(list.Get_aktel(), nullptr);
+}
+
+TEST(List0Cursor, NodeSizeCountsTwoLinksAndTheRecordInWholeUnits) {
+  struct OneByte {
+    char c;
+  };
+  list0<OneByte> list;
+  EXPECT_EQ(list.nodord, sizeof(void*) == 8 ? 5u : 3u);
+}
+
+TEST(List0Cursor, HomeEndAndWhereAtBothEnds) {
+  list0<Row> list;
+  Fill(list, {10, 20, 30});
+  int n = 0;
+  ASSERT_EQ(list.End(), 0);
+  EXPECT_EQ(list.Where(&n), 3);
+  EXPECT_EQ(n, 3);
+  EXPECT_EQ(list.pael->id, 3);
+  ASSERT_EQ(list.Home(), 0);
+  EXPECT_EQ(list.Where(&n), 1);
+  EXPECT_EQ(list.pael->id, 1);
+}
+
+TEST(List0Cursor, StepPastEitherEndChangesNothing) {
+  list0<Row> list;
+  Fill(list, {10, 20, 30});
+  list.End();
+  Row* last = list.pael;
+  EXPECT_EQ(list++, nullptr);
+  EXPECT_EQ(list.pael, last);
+  EXPECT_EQ(list.plats, 3);
+  EXPECT_EQ(list.aktel, list.sista);
+
+  list.Home();
+  Row* first = list.pael;
+  EXPECT_EQ(list--, nullptr);
+  EXPECT_EQ(list.pael, first);
+  EXPECT_EQ(list.plats, 1);
+
+  EXPECT_EQ(list++, &list);
+  EXPECT_EQ(list.plats, 2);
+  EXPECT_EQ(list.pael->id, 2);
+  EXPECT_EQ(list--, &list);
+  EXPECT_EQ(list.plats, 1);
+}
+
+TEST(List0Add, LoaderAppendsOneStepEach) {
+  list0<Row> list;
+  EXPECT_EQ(list.Add(), 0);
+  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(list.Add(), 1);
+  EXPECT_EQ(list.Add(), 1);
+  EXPECT_EQ(list.plats, 3);
+  EXPECT_EQ(list.antal, 3);
+  EXPECT_EQ(list.pael, &list.sista->rec);
+}
+
+TEST(List0Add, FromTheFirstRowWalksTheWholeList) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3, 4, 5});
+  list.Home();
+  EXPECT_EQ(list.Add(), 5);
+  EXPECT_EQ(list.plats, 6);
+  EXPECT_EQ(list.antal, 6);
+  EXPECT_EQ(list.aktel, list.sista);
+  EXPECT_EQ(list.pael, &list.sista->rec);
+  EXPECT_EQ(list.sista->prev->rec.id, 5);
+}
+
+TEST(List0Add, WithoutCurrentRowAppendsBehindTheCursor) {
+  list0<Row> list;
+  Fill(list, {1, 2});
+  list.Home();
+  Row* first = list.pael;
+  Row foreign{};
+  EXPECT_EQ(list.Set_aktel(&foreign), -1);
+  EXPECT_EQ(list.aktel, nullptr);
+  EXPECT_EQ(list.pael, first);  // left as it was
+  EXPECT_EQ(list.plats, 1);
+
+  EXPECT_EQ(list.Add(), 0);
+  EXPECT_EQ(list.aktel, nullptr);
+  EXPECT_EQ(list.pael, nullptr);
+  EXPECT_EQ(list.antal, 3);
+  // Neither Insert nor Delete may guess a place.
+  EXPECT_EQ(list.Insert(), -1);
+  EXPECT_EQ(list.Delete(), -1);
+  EXPECT_EQ(list.Ny(0, nullptr), -1);
+  EXPECT_EQ(list.antal, 3);
+
+  list.sista->rec = Row{3, 3, 0};
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
+}
+
+TEST(List0Add, SetAktelFindsARecordButLeavesPlats) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.End();
+  Row* second = &list.forsta->next->rec;
+  list.Home();
+  EXPECT_EQ(list.Set_aktel(second), 0);
+  EXPECT_EQ(list.pael, second);
+  EXPECT_EQ(list.aktel, list.forsta->next);
+  EXPECT_EQ(list.plats, 1);
+
+  list0<Row> empty;
+  EXPECT_EQ(empty.Set_aktel(second), -1);
+  EXPECT_EQ(empty.aktel, nullptr);
+}
+
+TEST(List0Insert, OnTheFirstRowBecomesFirst) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.Home();
+  EXPECT_EQ(list.Insert(), 0);
+  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(list.aktel, list.forsta);
+  EXPECT_EQ(list.forsta->prev, nullptr);
+  list.pael->id = 9;
+  EXPECT_EQ(Ids(list), (Ints{9, 1, 2, 3}));
+}
+
+TEST(List0Insert, InsideGoesBeforeTheCurrentRow) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.End();
+  Row copy{7, 7, 3.5};
+  EXPECT_EQ(list.Ny(0, &copy), 0);
+  EXPECT_EQ(list.plats, 3);
+  EXPECT_EQ(list.pael->key, 7);
+  EXPECT_EQ(list.pael->value, 3.5);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 7, 3}));
+}
+
+TEST(List0Insert, OnAnEmptyListAdds) {
+  list0<Row> list;
+  EXPECT_EQ(list.Insert(), 0);
+  EXPECT_EQ(list.antal, 1);
+  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(list.aktel, list.forsta);
+  EXPECT_EQ(list.sista, list.forsta);
+}
+
+TEST(List0Ny, NullRecordIsAllZero) {
+  struct Bytes {
+    unsigned char b[13];
+  };
+  list0<Bytes> list;
+  list.Add();
+  std::memset(list.pael, 0xAB, sizeof(Bytes));  // a used node, to show the fill
+  EXPECT_EQ(list.Delete(), -1);
+  EXPECT_EQ(list.Ny(1, nullptr), 0);
+  ASSERT_NE(list.pael, nullptr);
+  for (unsigned char b : list.pael->b) EXPECT_EQ(b, 0);
+}
+
+TEST(List0Delete, WalkingDeleteDoesNotStep) {
+  list0<Row> list;
+  Fill(list, {1, 2, 2, 3, 2, 4, 2});
+  list.Home();
+  for (;;) {
+    if (list.pael->key == 2) {
+      if (list.Delete() != 0) break;
+    } else if (!list++) {
+      break;
+    }
+  }
+  EXPECT_EQ(Ids(list), (Ints{1, 4, 6}));
+}
+
+TEST(List0Delete, OfTheLastRowStepsBack) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.End();
+  EXPECT_EQ(list.Delete(), 0);
+  EXPECT_EQ(list.plats, 2);
+  EXPECT_EQ(list.pael->id, 2);
+  EXPECT_EQ(list.aktel, list.sista);
+  EXPECT_EQ(list.sista->next, nullptr);
+  EXPECT_EQ(Ids(list), (Ints{1, 2}));
+}
+
+TEST(List0Delete, OfTheFirstRowKeepsPlats) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.Home();
+  EXPECT_EQ(list.Delete(), 0);
+  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(list.pael->id, 2);
+  EXPECT_EQ(list.forsta->prev, nullptr);
+  EXPECT_EQ(Ids(list), (Ints{2, 3}));
+}
+
+TEST(List0Delete, OfTheOnlyRowLeavesAnEmptyList) {
+  list0<Row> list;
+  Fill(list, {1});
+  EXPECT_EQ(list.Delete(), -1);
+  EXPECT_EQ(list.forsta, nullptr);
+  EXPECT_EQ(list.aktel, nullptr);
+  EXPECT_EQ(list.pael, nullptr);
+  EXPECT_EQ(list.antal, 0);
+  EXPECT_EQ(list.plats, 1);
+  int n = 5;
+  EXPECT_EQ(list.Where(&n), -1);
+  EXPECT_EQ(n, 0);
+  // The list is usable again.
+  EXPECT_EQ(list.Add(), 0);
+  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(list.sista, list.forsta);
+}
+
+TEST(List0Mark, GotoMarkCountsPlats) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3, 4});
+  list.Home();
+  list++;
+  list++;
+  list.Set_mark();
+  EXPECT_EQ(list.pmael->id, 3);
+  list.Home();
+  EXPECT_EQ(list.Goto_mark(), 0);
+  EXPECT_EQ(list.plats, 3);
+  EXPECT_EQ(list.pael->id, 3);
+}
+
+TEST(List0Mark, DeletingTheMarkedRowClearsTheMark) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.End();
+  list.Set_mark();
+  Row* marked = list.pmael;
+  list.Delete();
+  EXPECT_EQ(list.mark, nullptr);
+  EXPECT_EQ(list.pmael, marked);  // not cleared, only stale
+  list.Home();
+  EXPECT_EQ(list.Goto_mark(), -1);
+  EXPECT_EQ(list.plats, 1);  // no mark: nothing moves
+  EXPECT_EQ(list.pael->id, 1);
+}
+
+TEST(List0Mark, MarkNotInTheListGoesToTheFirstRow) {
+  list0<Row> other;
+  Fill(other, {9});
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.mark = other.forsta;
+  EXPECT_EQ(list.Goto_mark(), -1);
+  EXPECT_EQ(list.mark, nullptr);
+  EXPECT_EQ(list.aktel, list.forsta);
+  EXPECT_EQ(list.pael->id, 1);
+  EXPECT_EQ(list.plats, 3);
+}
+
+TEST(List0Mark, GotoMarkOnAnEmptiedList) {
+  list0<Row> other;
+  Fill(other, {9});
+  list0<Row> list;
+  Fill(list, {1, 2});
+  while (list.Delete() == 0) {
+  }
+  list.mark = other.forsta;
+  EXPECT_EQ(list.Goto_mark(), -1);
+  EXPECT_EQ(list.aktel, nullptr);
+  EXPECT_EQ(list.mark, nullptr);
+  EXPECT_EQ(list.pael, nullptr);
+}
+
+TEST(List0Copy, CopyAndAssignmentThrow) {
+  Rows list;
+  Fill(list, {1});
+  EXPECT_EQ(Thrown([&] { Rows copy(list); }), L"ptr:Internt fel (Initiering list0)");
+  Rows other;
+  EXPECT_EQ(Thrown([&] { other = list; }), L"ptr:Internt fel (Tilldelning list0)");
+  EXPECT_EQ(other.antal, 0);
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+#define KORVO_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define KORVO_ASAN 1
+#endif
+#endif
+
+TEST(List0Add, OutOfMemoryThrowsAndLeavesTheListAlone) {
+#ifdef KORVO_ASAN
+  GTEST_SKIP() << "the address sanitizer stops at a huge allocation instead of failing it";
+#else
+  struct Huge {
+    char bytes[std::size_t{1} << 60];
+  };
+  list0<Huge> list;
+  EXPECT_EQ(Thrown([&] { list.Add(); }), L"ptr:Minnesbrist (Class list0)");
+  EXPECT_EQ(list.antal, 0);
+  EXPECT_EQ(list.forsta, nullptr);
+#endif
+}
+
+// Sorting.
+
+TEST(List0Sortera, EmptyAndSingleRowsAreNotCompared) {
+  Rows list;
+  EXPECT_EQ(list.Sortera(1), -1);
+  EXPECT_EQ(list.Omsortera(1), -1);
+  Fill(list, {5});
+  EXPECT_EQ(list.Sortera(1), 0);
+  EXPECT_EQ(list.Omsortera(1), 0);
+  EXPECT_EQ(list.calls, 0);
+}
+
+TEST(List0Sortera, AscendingAndDescendingAreStable) {
+  Rows list;
+  Fill(list, {3, 1, 2, 1, 3, 2, 1});
+  EXPECT_EQ(list.Sortera(1), 0);
+  EXPECT_EQ(Keys(list), (Ints{1, 1, 1, 2, 2, 3, 3}));
+  EXPECT_EQ(Ids(list), (Ints{2, 4, 7, 3, 6, 1, 5}));
+  EXPECT_EQ(list.Sortera(-1), 0);
+  EXPECT_EQ(Ids(list), (Ints{1, 5, 3, 6, 2, 4, 7}));
+}
+
+TEST(List0Sortera, AlwaysOneReversesTheList) {
+  Rows list;
+  Fill(list, {1, 1, 1, 1, 1});
+  EXPECT_EQ(list.SorteraUrval(2), 0);
+  EXPECT_EQ(Ids(list), (Ints{5, 4, 3, 2, 1}));
+  EXPECT_EQ(list.Sortera(2), 0);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3, 4, 5}));
+}
+
+TEST(List0Sortera, BaseComparisonKeepsTheOrder) {
+  list0<Row> list;
+  Fill(list, {3, 1, 2});
+  EXPECT_EQ(list.Sortera(1), 0);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
+  EXPECT_EQ(list.Omsortera(1), 0);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
+  Rows rows;
+  Fill(rows, {3, 1, 2});
+  EXPECT_EQ(rows.Sortera(7), 0);
+  EXPECT_EQ(Ids(rows), (Ints{1, 2, 3}));
+}
+
+TEST(List0Sortera, SameRowsStayCurrentAndMarkedButPlatsIsOld) {
+  Rows list;
+  Fill(list, {5, 4, 3, 2, 1});
+  list.Home();
+  list++;
+  list.Set_mark();  // id 2, key 4
+  list++;
+  list++;  // id 4, key 2
+  Row* current = list.pael;
+  EXPECT_EQ(list.Sortera(1), 0);
+  EXPECT_EQ(list.pael, current);
+  EXPECT_EQ(list.pael->id, 4);
+  EXPECT_EQ(list.pmael->id, 2);
+  EXPECT_EQ(list.mark->rec.id, 2);
+  EXPECT_EQ(list.Where(nullptr), 4);  // the old place, now held by id 2
+  EXPECT_EQ(list.Goto_mark(), 0);
+  EXPECT_EQ(list.plats, 4);
+  list.Set_aktel(current);
+  EXPECT_EQ(list.Where(nullptr), 4);  // Set_aktel does not count
+  list.Home();
+  EXPECT_EQ(list.pael->id, 5);
+}
+
+TEST(List0Sortera, RecordsDoNotMove) {
+  Rows list;
+  Fill(list, {4, 9, 1, 7, 1, 3});
+  std::vector<Row*> records;
+  list.Home();
+  do records.push_back(list.pael);
+  while (list++);
+
+  list.Sortera(1);
+  list.Omsortera(-1);
+  list.Sortera(-1);
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    EXPECT_EQ(records[i]->id, static_cast<int>(i) + 1);
+    EXPECT_EQ(list.Set_aktel(records[i]), 0);
+  }
+  EXPECT_EQ(Keys(list), (Ints{9, 7, 4, 3, 1, 1}));
+}
+
+TEST(List0Sortera, MiscountIsThrownAsText) {
+  Rows list;
+  Fill(list, {2, 1, 3});
+  list.Home();
+  list.antal = 4;  // a count that no longer matches the links
+  EXPECT_EQ(Thrown([&] { list.Sortera(1); }), L"str:Sorteringfel ! 3 st av 4");
+  EXPECT_EQ(list.feltext, L"Sorteringfel ! 3 st av 4");
+  list.antal = 3;
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));  // not relinked
+}
+
+TEST(List0Omsortera, NearlySortedListComesInOrder) {
+  Rows list;
+  Fill(list, {1, 2, 3, 8, 4, 5, 5, 6, 0, 7});
+  EXPECT_EQ(list.Omsortera(1), 0);
+  EXPECT_EQ(Keys(list), (Ints{0, 1, 2, 3, 4, 5, 5, 6, 7, 8}));
+  EXPECT_EQ(Ids(list), (Ints{9, 1, 2, 3, 5, 6, 7, 8, 10, 4}));
+}
+
+TEST(List0Omsortera, EqualKeysKeepTheirOrder) {
+  Rows list;
+  Fill(list, {2, 1, 2, 1});
+  EXPECT_EQ(list.Omsortera(1), 0);
+  EXPECT_EQ(Ids(list), (Ints{2, 4, 1, 3}));
+}
+
+TEST(List0Omsortera, AlwaysOneReversesTheList) {
+  Rows list;
+  Fill(list, {1, 1, 1, 1});
+  EXPECT_EQ(list.Omsortera(2), 0);
+  EXPECT_EQ(Ids(list), (Ints{4, 3, 2, 1}));
+}
+
+TEST(List0Omsortera, MiscountIsThrownAsText) {
+  Rows list;
+  Fill(list, {1, 2, 3});
+  list.antal = 4;
+  EXPECT_EQ(Thrown([&] { list.Omsortera(1); }),
+            L"str:Fel i sortering\nAntal poster 4\nSorterade 3");
+  list.antal = 3;
+}
+
+// Answers for a chosen pair of rows (by id) in a scripted order, 0 otherwise.
+class Scripted : public list0<Row> {
+ public:
+  int before = 0, after = 0;  // ids at pael and pmael
+  std::vector<int> answers;   // for that pair, in turn; repeats the last
+
+ protected:
+  int Sortval(int) override {
+    if (pael->id == before && pmael->id == after) {
+      const int answer = answers.front();
+      if (answers.size() > 1) answers.erase(answers.begin());
+      return answer;
+    }
+    return pmael->id == after && pael->id > after ? 1 : 0;
+  }
+};
+
+TEST(List0Omsortera, RowThatFindsNoPlaceIsReportedAndKept) {
+  Scripted list;
+  Fill(list, {0, 0, 0});
+  list.before = 2;
+  list.after = 3;
+  list.answers = {1, 0};  // 3 is out of order behind 2, then 2 will not take it
+  EXPECT_EQ(Thrown([&] { list.Omsortera(0); }), L"ptr:Internt sorteringsfel i Todbs::Sortera");
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
+}
+
+TEST(List0Omsortera, ContradictionsEndInsteadOfLooping) {
+  Scripted list;
+  Fill(list, {0, 0, 0});
+  // 2 goes before 1, yet when looking for its place 1 lets it pass and 3
+  // takes it: it lands where it was, over and over.
+  list.before = 1;
+  list.after = 2;
+  list.answers = {1, 0, 1, 0, 1, 0, 1, 0};
+  EXPECT_EQ(Thrown([&] { list.Omsortera(0); }),
+            L"str:Fel i sortering\nAntal poster 3\nSorterade 4");
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
+}
+
+}  // namespace
+}  // namespace korvo
