@@ -26,7 +26,8 @@ std::wstring CKorvoInst::ReadKey(const wchar_t* name, const wchar_t* key) {
   if (name == nullptr || key == nullptr) return value;
   // A project may set a key of its own, even to an empty value, and that
   // setting stands before the installation's.
-  if (proj_ != nullptr && korvo::ReadIniValue(korvo::IniPathIn(proj_->ProjKat), name, key, &value)) {
+  if (proj_ != nullptr &&
+      korvo::ReadIniValue(korvo::IniPathIn(proj_->ProjKat), name, key, &value)) {
     return value;
   }
   if (ini_ != nullptr) korvo::ReadIniValue(korvo::IniPathIn(ini_->ParKat), name, key, &value);

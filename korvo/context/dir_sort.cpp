@@ -34,7 +34,9 @@ bool MatchGlob(std::wstring_view mask, std::wstring_view name) {
   return m == mask.size();
 }
 
-bool IsSeparator(wchar_t c) { return c == kPathSeparator[0] || c == L'/'; }
+bool IsSeparator(wchar_t c) {
+  return c == kPathSeparator[0] || c == L'/';
+}
 
 bool NameOrder(const std::wstring& a, const std::wstring& b) {
   const auto fold_less = [](wchar_t x, wchar_t y) { return FoldCase(x) < FoldCase(y); };

@@ -35,8 +35,8 @@ bool ReadIniValue(const std::wstring& path, std::wstring_view section, std::wstr
     if (line.empty() || line.front() == L';' || line.front() == L'#') continue;
     if (line.front() == L'[') {
       const size_t close = line.find(L']');
-      in_section = close != std::wstring_view::npos &&
-                   EqualNoCase(Trim(line.substr(1, close - 1)), section);
+      in_section =
+          close != std::wstring_view::npos && EqualNoCase(Trim(line.substr(1, close - 1)), section);
       continue;
     }
     if (!in_section) continue;

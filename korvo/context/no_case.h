@@ -13,11 +13,16 @@ constexpr wchar_t FoldCase(wchar_t c) {
   if (c >= L'a' && c <= L'z') return static_cast<wchar_t>(c - 0x20);
   if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return static_cast<wchar_t>(c - 0x20);
   switch (c) {
-    case 0xFF: return static_cast<wchar_t>(0x178);    // y with diaeresis
-    case 0x153: return static_cast<wchar_t>(0x152);   // oe
-    case 0x161: return static_cast<wchar_t>(0x160);   // s with caron
-    case 0x17E: return static_cast<wchar_t>(0x17D);   // z with caron
-    default: return c;
+    case 0xFF:
+      return static_cast<wchar_t>(0x178);  // y with diaeresis
+    case 0x153:
+      return static_cast<wchar_t>(0x152);  // oe
+    case 0x161:
+      return static_cast<wchar_t>(0x160);  // s with caron
+    case 0x17E:
+      return static_cast<wchar_t>(0x17D);  // z with caron
+    default:
+      return c;
   }
 }
 

@@ -45,10 +45,9 @@ TEST(ProjPathTest, SetPathDropsTrailingSeparatorsAndTakesNull) {
 }
 
 TEST(ProjPathTest, StaticsAreDistinctPlainNames) {
-  const std::wstring names[] = {CProjPath::AutoDbsNamn, CProjPath::AutoDbkNamn,
-                                CProjPath::AutoDbfKat,  CProjPath::AvpNamn,
-                                CProjPath::Gvrref,      CProjPath::KlippDbkNamn,
-                                CProjPath::KlippDbfKat};
+  const std::wstring names[] = {
+      CProjPath::AutoDbsNamn, CProjPath::AutoDbkNamn,  CProjPath::AutoDbfKat, CProjPath::AvpNamn,
+      CProjPath::Gvrref,      CProjPath::KlippDbkNamn, CProjPath::KlippDbfKat};
   for (const std::wstring& n : names) {
     EXPECT_FALSE(n.empty());
     EXPECT_EQ(n.find_first_of(L"\\/"), std::wstring::npos) << n.c_str();

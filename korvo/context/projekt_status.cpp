@@ -8,8 +8,8 @@
 namespace {
 
 // The names of the library's own resources, in the order of the codes.
-constexpr const wchar_t* kDefaultNames[] = {L"Active",    L"Avslutat", L"Arkiverat",
-                                            L"Levererat", L"Vilande",  L"Ska arkiveras",
+constexpr const wchar_t* kDefaultNames[] = {L"Active",        L"Avslutat", L"Arkiverat",
+                                            L"Levererat",     L"Vilande",  L"Ska arkiveras",
                                             L"Status unknown"};
 static_assert(std::size(kDefaultNames) == CProjektStatus::kOkand + 1);
 
@@ -18,7 +18,9 @@ static_assert(std::size(kDefaultNames) == CProjektStatus::kOkand + 1);
 CProjektStatus::CProjektStatus() : kod(kOkand) {}
 CProjektStatus::~CProjektStatus() = default;
 
-void CProjektStatus::SetHandle(korvo::ModuleHandle lang) { sprak_ = lang; }
+void CProjektStatus::SetHandle(korvo::ModuleHandle lang) {
+  sprak_ = lang;
+}
 
 void CProjektStatus::Load() {
   while (Home() == 0) Delete();

@@ -78,9 +78,8 @@ constexpr SystemRow kPlane[] = {
 // Height systems: Sweden, Norway, Finland, Denmark, Europe, then the global
 // geoid models.
 constexpr SystemRow kHeight[] = {
-    {5613, L"RH 2000"},  {5718, L"RH 70"},    {5941, L"NN2000"},   {5776, L"NN1954"},
-    {3900, L"N2000"},    {5717, L"N60"},      {5799, L"DVR90"},    {5621, L"EVRF2007"},
-    {3855, L"EGM2008"},  {5773, L"EGM96"},
+    {5613, L"RH 2000"}, {5718, L"RH 70"}, {5941, L"NN2000"},   {5776, L"NN1954"},  {3900, L"N2000"},
+    {5717, L"N60"},     {5799, L"DVR90"}, {5621, L"EVRF2007"}, {3855, L"EGM2008"}, {5773, L"EGM96"},
 };
 
 static_assert(std::size(kPlane) == CTransformation::SIZE + 1);
@@ -107,5 +106,5 @@ const std::array<const wchar_t*, CTransformation::SIZE + 1> CTransformation::def
     Names(kPlane);
 const std::array<int, CTransformation::SIZEHEIGHT + 1> CTransformation::nrSystemHeight =
     Numbers(kHeight);
-const std::array<const wchar_t*, CTransformation::SIZEHEIGHT + 1>
-    CTransformation::defSystemHeight = Names(kHeight);
+const std::array<const wchar_t*, CTransformation::SIZEHEIGHT + 1> CTransformation::defSystemHeight =
+    Names(kHeight);

@@ -102,8 +102,7 @@ TEST_F(InfoPrjTest, ChangedValuesSurviveTheRoundTripWithSixDecimals) {
 }
 
 TEST_F(InfoPrjTest, ElevenLinesWithFourBoundsGiveTheMeansOfTheBounds) {
-  dir.Write("Info.prj",
-            "F\nD\nR1\nR2\nR3\n1.0 2.0 3.0 4.0\nK\nH\nT1\nT2\nT3\n");
+  dir.Write("Info.prj", "F\nD\nR1\nR2\nR3\n1.0 2.0 3.0 4.0\nK\nH\nT1\nT2\nT3\n");
   CInfoPrj info(&proj);
   EXPECT_EQ(info.latmin, 1.0);
   EXPECT_EQ(info.lonmax, 4.0);
