@@ -37,10 +37,11 @@ class DirSortTest : public ::testing::Test {
 TEST_F(DirSortTest, PointMaskFindsEveryCaseAndNoDirectory) {
   CDirSort list;
   EXPECT_EQ(list.Init(Pattern(dir, L"ABC.*").c_str(), 0, 1, 1, 0), 4);
-  EXPECT_EQ(Rows(list), (std::vector<std::wstring>{L"ABC", L"Abc.Prv", L"ABC.SND", L"abc.tlk"}));
+  // The cursor waits on the first row.
   int n = 0;
   EXPECT_EQ(list.Where(&n), 1);
   EXPECT_EQ(n, 4);
+  EXPECT_EQ(Rows(list), (std::vector<std::wstring>{L"ABC", L"Abc.Prv", L"ABC.SND", L"abc.tlk"}));
   // The lower-case mask finds the same files.
   EXPECT_EQ(list.Init(Pattern(dir, L"abc.*").c_str(), 0, 1, 1, 0), 4);
 }

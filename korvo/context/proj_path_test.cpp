@@ -52,7 +52,9 @@ TEST(ProjPathTest, StaticsAreDistinctPlainNames) {
     EXPECT_FALSE(n.empty());
     EXPECT_EQ(n.find_first_of(L"\\/"), std::wstring::npos) << n.c_str();
     for (const std::wstring& m : names) {
-      if (&n != &m) EXPECT_NE(n, m);
+      if (&n != &m) {
+        EXPECT_NE(n, m);
+      }
     }
   }
   EXPECT_STREQ(CProjPath::AutoParNamn, L"KORVO");
