@@ -75,11 +75,18 @@ constexpr SystemRow kPlane[] = {
     {2393, L"KKJ Finland Uniform Coordinate System"},
 };
 
-// Height systems: Sweden, Norway, Finland, Denmark, Europe, then the global
-// geoid models.
+// Height systems.
 constexpr SystemRow kHeight[] = {
-    {5613, L"RH 2000"}, {5718, L"RH 70"}, {5941, L"NN2000"},   {5776, L"NN1954"},  {3900, L"N2000"},
-    {5717, L"N60"},     {5799, L"DVR90"}, {5621, L"EVRF2007"}, {3855, L"EGM2008"}, {5773, L"EGM96"},
+    {5613, L"RH 2000"},   // Sweden
+    {5718, L"RH 70"},     // Sweden, before RH 2000
+    {5941, L"NN2000"},    // Norway
+    {5776, L"NN1954"},    // Norway, before NN2000
+    {3900, L"N2000"},     // Finland
+    {5717, L"N60"},       // Finland, before N2000
+    {5799, L"DVR90"},     // Denmark
+    {5621, L"EVRF2007"},  // Europe
+    {3855, L"EGM2008"},   // global geoid model
+    {5773, L"EGM96"},     // global geoid model
 };
 
 static_assert(std::size(kPlane) == CTransformation::SIZE + 1);
