@@ -4,7 +4,9 @@
 //   korvo-roundtrip PATH/TO/POINT.SND
 #include <korvo/korvo.h>
 
+#include <clocale>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,6 +29,10 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "korvo-roundtrip: no such file: %s\n", source.string().c_str());
     return 1;
   }
+  // Wide text goes to the terminal in its own character set; the numbers of
+  // the files never depend on the locale.
+  const char* ctype = std::setlocale(LC_CTYPE, "");
+  if (ctype == nullptr || std::strcmp(ctype, "C") == 0) std::setlocale(LC_CTYPE, "C.UTF-8");
   korvo::SetStatusHandler([](const std::wstring& text) {
     std::fprintf(stderr, "status: %ls\n", text.c_str());
   });
