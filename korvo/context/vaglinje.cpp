@@ -69,7 +69,7 @@ Station Locate(list0<kovltype>& line, double x, double y) {
     prev_x = line.pael->x;
     prev_y = line.pael->y;
   }
-  if (segments == 0) return st;
+  if (best_index < 0) return st;  // no segment, or a point that is not a number
 
   st.found = true;
   const bool before = best_index == 0 && best_p.t < 0;
