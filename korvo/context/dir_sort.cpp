@@ -72,11 +72,12 @@ int CDirSort::Init(const wchar_t* pattern, int a, int b, int c, int d) {
   const std::wstring_view whole = pattern ? pattern : L"";
   size_t cut = whole.size();
   while (cut > 0 && !korvo::IsSeparator(whole[cut - 1])) --cut;
-  const std::wstring dir = cut > 0 ? std::wstring(whole.substr(0, cut - 1)) : std::wstring(L".");
   const std::wstring_view mask = whole.substr(cut);
-  if (!korvo::DirectoryExists(dir.empty() ? korvo::kPathSeparator : dir)) return -1;
+  std::wstring dir = cut > 0 ? std::wstring(whole.substr(0, cut - 1)) : std::wstring(L".");
+  if (dir.empty()) dir = korvo::kPathSeparator;  // a mask right below the root
+  if (!korvo::DirectoryExists(dir)) return -1;
 
-  std::vector<std::wstring> names = korvo::ListFiles(dir.empty() ? korvo::kPathSeparator : dir);
+  std::vector<std::wstring> names = korvo::ListFiles(dir);
   std::erase_if(names, [&](const std::wstring& n) { return !korvo::MatchFileMask(mask, n); });
   std::sort(names.begin(), names.end(), korvo::NameOrder);
   for (const std::wstring& n : names) {
