@@ -11,5 +11,11 @@
 #include "korvo/platform/file.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/context/auto_ini.h"
+#include "korvo/context/dir_sort.h"
+#include "korvo/context/projekt_status.h"
+#include "korvo/context/transformation.h"
+#include "korvo/context/vaglinje.h"
+#include "korvo/database/info_prj.h"
 
 #endif  // KORVO_KORVO_H_
