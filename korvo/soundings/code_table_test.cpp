@@ -130,6 +130,7 @@ TEST_F(CodeTableTest, ModeMinusTwoTakesMaterialsOnly) {
   EXPECT_EQ(Find(21, L"ST", -2), 0);
   EXPECT_EQ(Find(21, L"ST SA", -2), 34);
   EXPECT_EQ(Find(21, L"10 GY", -2), 38);
+  EXPECT_EQ(Find(21, L"GY ST SA", -2), 34);
 }
 
 TEST_F(CodeTableTest, OrderNumberOfTheFirstWord) {
