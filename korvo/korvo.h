@@ -10,5 +10,6 @@
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/observations/korvo_tlk.h"
 
 #endif  // KORVO_KORVO_H_

@@ -1,6 +1,7 @@
 #include "korvo/soundings/korvo_snd.h"
 
 #include <cstring>
+#include <new>
 
 #include "korvo/context/file_names.h"
 #include "korvo/context/proj_path.h"
@@ -8,6 +9,7 @@
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
 #include "korvo/foundation/versal_text.h"
+#include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/env.h"
 
 const int CKorvoSnd::Bh = 1;
@@ -159,10 +161,19 @@ void CKorvoSnd::Clear() {
   own_proj_ = nullptr;
 }
 
-CKorvoSnd::~CKorvoSnd() { delete own_proj_; }
+// Parts go in a fixed order: Dreie, Fjell, Dtrykk, Enkel, Ram, Vb, Total,
+// Cpt, Dpt, Tlk, Prv, Mil, Gvr, Karnborr, VattenF.
+CKorvoSnd::~CKorvoSnd() {
+  delete m_tlk;
+  delete own_proj_;
+}
 
 int CKorvoSnd::New(int code) {
   switch (code) {
+    case kCodeTlk:
+      delete m_tlk;
+      m_tlk = new (std::nothrow) CKorvoTlk(konvflagga, rensa, samlagring);
+      return m_tlk != nullptr;
     default:
       return 0;
   }
@@ -383,6 +394,7 @@ int CKorvoSnd::ReadOtherFiles() {
       ReportPartNotMade(f.code, id);
       return -1;
     }
+    if (f.code == kCodeTlk) ReadTlk();
   }
   return 0;
 }
@@ -490,7 +502,25 @@ void CKorvoSnd::WriteMethods() {
   // Vattenförlust.
 }
 
-void CKorvoSnd::WriteOtherParts() {}
+void CKorvoSnd::WriteOtherParts() {
+  if (m_tlk) WriteTlk();
+}
+
+// An interpretation that does not read is no part of the point.
+void CKorvoSnd::ReadTlk() {
+  if (m_tlk->Init(&m_tlkfil, id, nullptr) != 0) {
+    delete m_tlk;
+    m_tlk = nullptr;
+  }
+}
+
+// The interpretation always goes to a file of its own, in memory mode to the
+// temporary one; a file that will not open is passed over.
+void CKorvoSnd::WriteTlk() {
+  if (!m_tlkfil.Open(m_tlkfil.GetFilePath().c_str(), kOpenWrite)) return;
+  m_tlk->Uppdat(&m_tlkfil, nullptr);
+  m_tlkfil.Close();
+}
 
 void CKorvoSnd::NotifyDatabase() {
   if (tempfiler == 1) {
