@@ -21,7 +21,10 @@ class KORVO_EXPORT COleDateTime {
   // Sets the value from a calendar time; returns 0 when valid, 1 when not.
   int SetDateTime(int year, int month, int day, int hour, int minute, int second);
   int SetDate(int year, int month, int day) { return SetDateTime(year, month, day, 0, 0, 0); }
-  int SetStatus(DateTimeStatus status) { m_status = status; return 0; }
+  int SetStatus(DateTimeStatus status) {
+    m_status = status;
+    return 0;
+  }
   DateTimeStatus GetStatus() const { return static_cast<DateTimeStatus>(m_status); }
 
   // Calendar parts of a valid value, rounded to the nearest second.

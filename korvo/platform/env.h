@@ -16,9 +16,11 @@ namespace korvo {
 // The path separator: "\\" on Windows, "/" elsewhere.
 KORVO_EXPORT extern const wchar_t* const kPathSeparator;
 
-// The path in the form the operating system takes (UTF-8 here).
-std::string NativePath(const std::wstring& path);
-std::wstring FromNativePath(const std::string& path);
+// The path as UTF-8, the form POSIX systems take (Windows takes the wide path
+// as it is). A byte of a native name that is not valid UTF-8 comes back as
+// U+DC80 + (byte - 0x80) and goes out again as that byte.
+KORVO_EXPORT std::string NativePath(const std::wstring& path);
+KORVO_EXPORT std::wstring FromNativePath(const std::string& path);
 
 // The path of an existing file named `path`, whatever the case of its last
 // component; `path` itself when no such file exists. An exact match wins.
@@ -63,7 +65,7 @@ KORVO_EXPORT int64_t ClockMs();
 // in lower case with hyphens: 36 characters.
 KORVO_EXPORT std::wstring NewUuid();
 
-// The text of an error number (strerror).
+// The text of an error number (strerror; FormatMessageW for a Windows error).
 KORVO_EXPORT std::wstring ErrorText(int error);
 
 }  // namespace korvo

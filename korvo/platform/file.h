@@ -39,6 +39,8 @@ class KORVO_EXPORT CFile {
   CFile& operator=(const CFile&) = delete;
 
   // Opens `path`; modeCreate without modeNoTruncate creates or truncates.
+  // An existing file is found whatever the case of its last component, and
+  // GetFilePath then gives its real name. A directory does not open.
   // Returns non-zero on success. `exception` is accepted for the framework's
   // signature and never used.
   virtual int Open(const wchar_t* path, unsigned flags, void* exception = nullptr);
@@ -53,12 +55,15 @@ class KORVO_EXPORT CFile {
   int64_t SeekToEnd() { return Seek(0, end); }
   virtual uint64_t GetLength() const;
   virtual uint64_t GetPosition() const;
+  // Nothing is held back in a CFile: each Write has reached the system, where
+  // other processes see it. True while the file is open.
   virtual bool Flush();
 
   bool IsOpen() const { return handle_ != kNoHandle; }
   const std::wstring& GetFilePath() const { return path_; }
   void SetFilePath(const wchar_t* path) { path_ = path ? path : L""; }
-  // The error number of the last failed operation (errno on POSIX).
+  // The error number of the last failed operation (errno on POSIX, GetLastError
+  // on Windows); ErrorText gives its text.
   int LastError() const { return last_error_; }
 
  protected:
@@ -68,9 +73,11 @@ class KORVO_EXPORT CFile {
   int last_error_ = 0;
 };
 
-// A text file of Windows-1252 lines. Reading loads the whole file at the first
-// read and hands out lines without their CR LF or LF; writing encodes and
-// buffers lines, turning each "\n" into CR LF, and writes them at Close or Flush.
+// A text file of Windows-1252 lines. Reading loads the rest of the file at the
+// first read and hands out lines without their CR LF or LF (a last line without
+// a line end is a line too; a DOS end-of-file mark as the last byte is dropped);
+// writing encodes and buffers lines, turning each "\n" into CR LF, and writes
+// them in large chunks and at Close or Flush.
 class KORVO_EXPORT CStdioFile : public CFile {
  public:
   CStdioFile();
@@ -78,7 +85,16 @@ class KORVO_EXPORT CStdioFile : public CFile {
 
   int Open(const wchar_t* path, unsigned flags, void* exception = nullptr) override;
   void Close() override;
+  // Writes the buffered lines; false when a write failed since Open.
   bool Flush() override;
+  // Binary reads continue from the loaded text; binary writes follow the
+  // buffered lines. A seek writes the buffered lines and drops the loaded
+  // text, so that the next read starts at the new position. Positions count
+  // the lines read and the lines written so far.
+  unsigned Read(void* buffer, unsigned count) override;
+  bool Write(const void* buffer, unsigned count) override;
+  int64_t Seek(int64_t offset, int from) override;
+  uint64_t GetPosition() const override;
 
   // Reads the next line, without its line end, into `line` (reusing its
   // storage). Returns non-zero while a line was read, 0 at the end.
@@ -91,6 +107,7 @@ class KORVO_EXPORT CStdioFile : public CFile {
 
  private:
   bool LoadWhole();
+  bool FlushLines();
   std::string in_;
   size_t in_pos_ = 0;
   bool loaded_ = false;
@@ -113,12 +130,14 @@ class KORVO_EXPORT CMemFile {
   void SeekToBegin() { pos_ = 0; }
   unsigned Read(void* buffer, unsigned count);
   void Write(const void* buffer, unsigned count);
-  // Empties the buffer.
+  // Cuts or extends (with zeros) the contents to `length` bytes; the
+  // position stays within them.
   void SetLength(uint64_t length);
   // The bytes, for callers that want them without a copy.
   const unsigned char* Data() const { return data_.data(); }
 
  private:
+  void Reserve(uint64_t length);
   std::vector<unsigned char> data_;
   uint64_t size_ = 0;
   uint64_t pos_ = 0;
