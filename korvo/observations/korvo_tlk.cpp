@@ -46,9 +46,13 @@ bool EqualNoCase(const wchar_t* a, const wchar_t* b) {
   return *a == *b;
 }
 
-bool Same(const wchar_t* a, const wchar_t* b) { return std::wcscmp(a, b) == 0; }
+bool Same(const wchar_t* a, const wchar_t* b) {
+  return std::wcscmp(a, b) == 0;
+}
 
-bool IsGvyLine(const std::wstring& line) { return EqualNoCase(line.c_str(), L"gvy"); }
+bool IsGvyLine(const std::wstring& line) {
+  return EqualNoCase(line.c_str(), L"gvy");
+}
 
 void TrimTrailingBlanks(std::wstring& line) {
   const size_t end = line.find_last_not_of(L" \t");
@@ -57,7 +61,9 @@ void TrimTrailingBlanks(std::wstring& line) {
 
 }  // namespace
 
-CKorvoTlk::CKorvoTlk() { ClearFields(); }
+CKorvoTlk::CKorvoTlk() {
+  ClearFields();
+}
 
 CKorvoTlk::~CKorvoTlk() = default;
 
@@ -254,7 +260,8 @@ int CKorvoTlk::AddTolkNiva(const wchar_t* namn, float niva) {
   row.niva = niva;
   if (End() != 0) return Ny(1, &row);
   for (bool last = true;; last = false) {
-    if (std::fabs(static_cast<double>(pael->niva) - niva) < kSameLevel && Same(pael->namn, row.namn)) {
+    if (std::fabs(static_cast<double>(pael->niva) - niva) < kSameLevel &&
+        Same(pael->namn, row.namn)) {
       return -1;
     }
     if (pael->niva > niva) {
@@ -295,7 +302,7 @@ int CKorvoTlk::FindMtrl(const wchar_t* namn, int mod) {
   if (namn == nullptr || End() != 0) return 0;
   do {
     const int index = pael->index;
-    const wchar_t* name = mod == 1 ? pael->namn
+    const wchar_t* name = mod == 1                                ? pael->namn
                           : (index >= 0 && index < AntalMaterial) ? NoMaterial[index]
                                                                   : nullptr;
     if (name != nullptr && EqualNoCase(name, namn)) return 1;

@@ -111,10 +111,10 @@ class KORVO_EXPORT CKorvoTlk : public list0<matetype> {
   // The old name of an index into `out`: 0; -1 and "X" when it has none.
   int IndexToOldtext(int index, std::wstring& out);
 
-  int hargvy;         // 1 after a "gvy" block was read
-  float gvy;          // the ground-water level; 0 when there is none
-  wchar_t skapad[11]; // local date the file was made, YYYY-MM-DD
-  wchar_t andrad[11]; // local date the file was last written
+  int hargvy;                               // 1 after a "gvy" block was read
+  float gvy;                                // the ground-water level; 0 when there is none
+  wchar_t skapad[11];                       // local date the file was made, YYYY-MM-DD
+  wchar_t andrad[11];                       // local date the file was last written
   std::vector<std::wstring> kandamaterial;  // the 14 known material names, capitals
   std::vector<int> oldindex;                // index of each old name, by place
   std::vector<std::wstring> oldtext;        // the 18 old names

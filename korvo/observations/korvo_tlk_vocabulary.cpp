@@ -142,103 +142,24 @@ const wchar_t* const CKorvoTlk::EnMaterial[41] = {
 };
 
 const wchar_t* const CKorvoTlk::KortNamn[41] = {
-    L"NotSpecified",
-    L"B",
-    L"Bl ",
-    L"Br",
-    L"Cs",
-    L"Dy",
-    L"BlMn",
-    L"X",
-    L"Gy",
-    L"GyLe",
-    L"J",
-    L"Le",
-    L"Topsoil",
-    L"F",
-    L"StMn",
-    L"GrMn",
-    L"SaMn",
-    L"SiMn",
-    L"LeMn",
-    L"Mu",
-    L"Sa",
-    L"Si",
-    L"Sk",
-    L"Skgr",
-    L"Sksa",
-    L"Coal",
-    L"Su",
-    L"T",
-    L"Tl",
-    L"Tm",
-    L"Th",
-    L"Organic",
-    L"Gr",
-    L"Let",
-    L"kLe",
-    L"Mn",
-    L"Fr",
-    L"Cohesive",
-    L"Vx",
-    L"St",
+    L"NotSpecified", L"B",    L"Bl ",  L"Br", L"Cs",      L"Dy",       L"BlMn", L"X",
+    L"Gy",           L"GyLe", L"J",    L"Le", L"Topsoil", L"F",        L"StMn", L"GrMn",
+    L"SaMn",         L"SiMn", L"LeMn", L"Mu", L"Sa",      L"Si",       L"Sk",   L"Skgr",
+    L"Sksa",         L"Coal", L"Su",   L"T",  L"Tl",      L"Tm",       L"Th",   L"Organic",
+    L"Gr",           L"Let",  L"kLe",  L"Mn", L"Fr",      L"Cohesive", L"Vx",   L"St",
     L"BelBl",
 };
 
 const wchar_t* const CKorvoTlk::PlusKod[41] = {
-    L"+?",
-    L"BG",
-    L"+Bl",
-    L"+Br",
-    L"+Cs",
-    L"+Dy",
-    L"+BM",
-    L"+X",
-    L"+Gy",
-    L"+GL",
-    L"+JO",
-    L"+Le",
-    L"+TS",
-    L"+Fy",
-    L"+MS",
-    L"+GM",
-    L"+SM",
-    L"+IM",
-    L"+LM",
-    L"+My",
-    L"+Sa",
-    L"+Si",
-    L"+Sk",
-    L"+SG",
-    L"+SS",
-    L"+Co",
-    L"+Su",
-    L"+T",
-    L"+Tl",
-    L"+Tm",
-    L"+Th",
-    L"+Og",
-    L"+Gr",
-    L"+Lt",
-    L"+Kv",
-    L"+Mn",
-    L"+Fr",
-    L"+CH",
-    L"+VX",
-    L"+St",
-    L"+BB",
+    L"+?",  L"BG",  L"+Bl", L"+Br", L"+Cs", L"+Dy", L"+BM", L"+X",  L"+Gy", L"+GL", L"+JO",
+    L"+Le", L"+TS", L"+Fy", L"+MS", L"+GM", L"+SM", L"+IM", L"+LM", L"+My", L"+Sa", L"+Si",
+    L"+Sk", L"+SG", L"+SS", L"+Co", L"+Su", L"+T",  L"+Tl", L"+Tm", L"+Th", L"+Og", L"+Gr",
+    L"+Lt", L"+Kv", L"+Mn", L"+Fr", L"+CH", L"+VX", L"+St", L"+BB",
 };
 
 const wchar_t* const CKorvoTlk::SvKalla[9] = {
-    L"Odefinierad",
-    L"Från ritning",
-    L"Från Sondering",
-    L"Från Lab",
-    L"Förmodat berg",
-    L"Bergborrning +3m",
-    L"Observation",
-    L"Beräknas från My",
-    L"Prov i fält",
+    L"Odefinierad",      L"Från ritning", L"Från Sondering",   L"Från Lab",    L"Förmodat berg",
+    L"Bergborrning +3m", L"Observation",  L"Beräknas från My", L"Prov i fält",
 };
 
 const wchar_t* const CKorvoTlk::NoKalla[9] = {
@@ -269,7 +190,7 @@ namespace {
 
 // The capitalised names that evaluations test material names against.
 constexpr const wchar_t* kKandaMaterial[] = {
-    L"FYLLNING", L"MYLLA", L"TORV", L"GYTTJA", L"TORRSKORPA", L"LERA", L"KVICKLERA",
+    L"FYLLNING", L"MYLLA", L"TORV", L"GYTTJA", L"TORRSKORPA", L"LERA",  L"KVICKLERA",
     L"SILT",     L"SAND",  L"GRUS", L"STEN",   L"FRIKTJORD",  L"MORÄN", L"BERG"};
 
 // The older plain names and the index each stands for.
@@ -278,10 +199,10 @@ struct OldName {
   int index;
 };
 constexpr OldName kOldNames[] = {
-    {L"fyllning", 13},   {L"mylla", 19},     {L"torv", 27}, {L"gyttja", 8},  {L"torrskorpa", 33},
-    {L"lera", 11},       {L"kvicklera", 34}, {L"silt", 21}, {L"sand", 20},   {L"grus", 32},
-    {L"sten", 39},       {L"friktjord", 36}, {L"moraen", 35}, {L"X", 7},     {L"BelBl", 40},
-    {L"block", 2},       {L"berg", 1},       {L"geokonst", 0}};
+    {L"fyllning", 13}, {L"mylla", 19},     {L"torv", 27},   {L"gyttja", 8}, {L"torrskorpa", 33},
+    {L"lera", 11},     {L"kvicklera", 34}, {L"silt", 21},   {L"sand", 20},  {L"grus", 32},
+    {L"sten", 39},     {L"friktjord", 36}, {L"moraen", 35}, {L"X", 7},      {L"BelBl", 40},
+    {L"block", 2},     {L"berg", 1},       {L"geokonst", 0}};
 
 int TableIndex(const wchar_t* const* table, const wchar_t* text) {
   if (text == nullptr) return 0;
@@ -305,6 +226,12 @@ CKorvoTlk::CKorvoTlk(int konv, int clean, int combined) : CKorvoTlk() {
   }
 }
 
-int CKorvoTlk::SvTextToIndex(const wchar_t* text) { return TableIndex(SvMaterial, text); }
-int CKorvoTlk::NoTextToIndex(const wchar_t* text) { return TableIndex(NoMaterial, text); }
-int CKorvoTlk::EnTextToIndex(const wchar_t* text) { return TableIndex(EnMaterial, text); }
+int CKorvoTlk::SvTextToIndex(const wchar_t* text) {
+  return TableIndex(SvMaterial, text);
+}
+int CKorvoTlk::NoTextToIndex(const wchar_t* text) {
+  return TableIndex(NoMaterial, text);
+}
+int CKorvoTlk::EnTextToIndex(const wchar_t* text) {
+  return TableIndex(EnMaterial, text);
+}

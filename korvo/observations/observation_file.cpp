@@ -32,8 +32,8 @@ bool OpenObservationFile(CStdioFileMem& stream, const std::wstring& path) {
       continue;
     }
     const int error = stream.LastError();
-    const std::wstring question = Format(L"Could not read file:\n%s\nErrno: %d %s\nRetry?", path,
-                                         error, ErrorText(error));
+    const std::wstring question =
+        Format(L"Could not read file:\n%s\nErrno: %d %s\nRetry?", path, error, ErrorText(error));
     if (ShowMessage(question, MB_ICONQUESTION, MB_YESNO) != IDYES) return false;
   }
 }
