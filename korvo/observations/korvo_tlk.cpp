@@ -276,7 +276,8 @@ int CKorvoTlk::AddTolkNiva(const wchar_t* namn, float niva) {
 int CKorvoTlk::InsertBerg(float niva, int kod) {
   double scaled = niva * 100.0;
   scaled += scaled > 0.0 ? 0.5 : -0.5;
-  const float cm = static_cast<float>(static_cast<int>(scaled));
+  // Truncated as an integer would be, without the overflow of a cast.
+  const float cm = static_cast<float>(std::trunc(scaled));
   const float rounded = static_cast<float>(cm / 100.0);
   const int source = kod == kStopCodeRock ? kSourceAssumedRock : kSourceRockDrilled;
 

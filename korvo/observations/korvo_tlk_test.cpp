@@ -151,6 +151,29 @@ TEST_F(KorvoTlkTest, SourceNumbersRemarksAndCommentsAtTheirLimits) {
   EXPECT_STREQ(tlk_.pael->namn, L"averyveryve");
 }
 
+TEST_F(KorvoTlkTest, TruncatedAndDamagedRowsKeepWhatWasRead) {
+  dir_.Write("D.TLK", "sand 20 1 0\n12,5 kommentar\n1,5 2\nlera 11\n   4.0000 c");
+  ASSERT_EQ(Read(tlk_, "D.TLK"), 0);
+  ASSERT_EQ(Rows(tlk_), (Names{L"sand 12.00", L"lera 4.00"}));
+  tlk_.Home();
+  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 1.0f);  // a decimal comma ends the number
+  EXPECT_FLOAT_EQ(tlk_.pael->varde2, 0.0f);
+  EXPECT_STREQ(tlk_.pael->kommentar, L"ntar");
+  tlk_++;
+  EXPECT_STREQ(tlk_.pael->kommentar, L"c");
+  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 0.0f);
+
+  CKorvoTlk cut(1, 0, 0);
+  dir_.Write("T.TLK", "gvy\n");
+  ASSERT_EQ(Read(cut, "T.TLK"), 0);
+  EXPECT_EQ(cut.hargvy, 1);
+  EXPECT_EQ(cut.gvy, 0.0f);
+  dir_.Write("T.TLK", "torv");
+  ASSERT_EQ(Read(cut, "T.TLK"), 0);
+  EXPECT_EQ(Rows(cut), (Names{L"torv 0.00"}));
+  EXPECT_EQ(cut.pael->index, 27);
+}
+
 TEST_F(KorvoTlkTest, MissingEmptyAndMarkerFilesReadNothing) {
   const std::wstring missing = dir_.File("NONE.TLK");
   EXPECT_EQ(tlk_.Init(nullptr, L"P1", missing.c_str()), -1);
