@@ -10,6 +10,12 @@
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/context/auto_ini.h"
+#include "korvo/context/dir_sort.h"
+#include "korvo/context/projekt_status.h"
+#include "korvo/context/transformation.h"
+#include "korvo/context/vaglinje.h"
+#include "korvo/database/info_prj.h"
 #include "korvo/observations/korvo_tlk.h"
 
 #endif  // KORVO_KORVO_H_
