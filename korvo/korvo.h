@@ -17,5 +17,6 @@
 #include "korvo/context/transformation.h"
 #include "korvo/context/vaglinje.h"
 #include "korvo/database/info_prj.h"
+#include "korvo/observations/korvo_tlk.h"
 
 #endif  // KORVO_KORVO_H_

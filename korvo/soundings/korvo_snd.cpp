@@ -9,6 +9,7 @@
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
 #include "korvo/foundation/versal_text.h"
+#include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
 
@@ -181,11 +182,14 @@ void CKorvoSnd::Clear() {
   own_proj_ = nullptr;
 }
 
+// Parts go in a fixed order: Dreie, Fjell, Dtrykk, Enkel, Ram, Vb, Total,
+// Cpt, Dpt, Tlk, Prv, Mil, Gvr, Karnborr, VattenF.
 CKorvoSnd::~CKorvoSnd() {
   delete m_dreie;
   delete m_dtrykk;
   delete m_enkel;
   delete m_ram;
+  delete m_tlk;
   delete own_proj_;
 }
 
@@ -203,10 +207,16 @@ int MakePart(Part*& part, int konv, int rensa, int samlagring) {
 
 int CKorvoSnd::New(int code) {
   switch (code) {
-    case kCodeDreie: return MakePart(m_dreie, konvflagga, rensa, samlagring);
-    case kCodeEnkel: return MakePart(m_enkel, konvflagga, rensa, samlagring);
-    case kCodeDtrykk: return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
-    case kCodeRam: return MakePart(m_ram, konvflagga, rensa, samlagring);
+    case kCodeDreie:
+      return MakePart(m_dreie, konvflagga, rensa, samlagring);
+    case kCodeEnkel:
+      return MakePart(m_enkel, konvflagga, rensa, samlagring);
+    case kCodeDtrykk:
+      return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
+    case kCodeRam:
+      return MakePart(m_ram, konvflagga, rensa, samlagring);
+    case kCodeTlk:
+      return MakePart(m_tlk, konvflagga, rensa, samlagring);
     default:
       return 0;
   }
@@ -389,11 +399,20 @@ void CKorvoSnd::ReadBlocks() {
 // The block reads itself up to and including the marker that ends it.
 void CKorvoSnd::InitMethod(int code) {
   switch (code) {
-    case kCodeDreie: m_dreie->Init(&m_snd, datum); break;
-    case kCodeEnkel: m_enkel->Init(&m_snd, datum); break;
-    case kCodeDtrykk: m_dtrykk->Init(&m_snd, datum); break;
-    case kCodeRam: m_ram->Init(&m_snd, datum); break;
-    default: break;
+    case kCodeDreie:
+      m_dreie->Init(&m_snd, datum);
+      break;
+    case kCodeEnkel:
+      m_enkel->Init(&m_snd, datum);
+      break;
+    case kCodeDtrykk:
+      m_dtrykk->Init(&m_snd, datum);
+      break;
+    case kCodeRam:
+      m_ram->Init(&m_snd, datum);
+      break;
+    default:
+      break;
   }
 }
 
@@ -443,6 +462,7 @@ int CKorvoSnd::ReadOtherFiles() {
       ReportPartNotMade(f.code, id);
       return -1;
     }
+    if (f.code == kCodeTlk) ReadTlk();
   }
   return 0;
 }
@@ -555,7 +575,25 @@ void CKorvoSnd::WriteMethods() {
   if (m_enkel) m_enkel->Uppdat(&m_snd);
 }
 
-void CKorvoSnd::WriteOtherParts() {}
+void CKorvoSnd::WriteOtherParts() {
+  if (m_tlk) WriteTlk();
+}
+
+// An interpretation that does not read is no part of the point.
+void CKorvoSnd::ReadTlk() {
+  if (m_tlk->Init(&m_tlkfil, id, nullptr) != 0) {
+    delete m_tlk;
+    m_tlk = nullptr;
+  }
+}
+
+// The interpretation always goes to a file of its own, in memory mode to the
+// temporary one; a file that will not open is passed over.
+void CKorvoSnd::WriteTlk() {
+  if (!m_tlkfil.Open(m_tlkfil.GetFilePath().c_str(), kOpenWrite)) return;
+  m_tlk->Uppdat(&m_tlkfil, nullptr);
+  m_tlkfil.Close();
+}
 
 void CKorvoSnd::NotifyDatabase() {
   if (tempfiler == 1) {

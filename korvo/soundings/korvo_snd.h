@@ -177,6 +177,8 @@ class KORVO_EXPORT CKorvoSnd {
   void WriteIdentity();
   void WriteMethods();
   void WriteOtherParts();
+  void ReadTlk();
+  void WriteTlk();
   void NotifyDatabase();
   void SetNamesFromId();
   void SetNamesForSave(const wchar_t* pid, const wchar_t* path);
