@@ -10,5 +10,10 @@
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/database/dbs_codec.h"
+#include "korvo/database/dbs_format.h"
+#include "korvo/database/dbs_records.h"
+#include "korvo/database/korvo_dbs.h"
+#include "korvo/foundation/coding.h"
 
 #endif  // KORVO_KORVO_H_
