@@ -106,8 +106,8 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // lock and no open file.
   int Dbs_rw(int mode);
 
-  // Seeks to 0 and reads the header into prjdat. A short read changes only
-  // the fields that came whole or in part. Returns the number of bytes read.
+  // Seeks to 0 and reads the header into prjdat; after a short read, what did
+  // not come reads as zero bytes. Returns the number of bytes read.
   // REQUIRES: dbsfil is open.
   int ReadHeader();
   // Seeks to 0 and writes prjdat, the 408-byte form and nothing else.

@@ -114,10 +114,7 @@ int CKorvoDbs::OpenDatabase(int mode) {
 }
 
 int CKorvoDbs::ReadHeader() {
-  // Start from the header in memory, so that what a short read does not
-  // reach keeps its value.
-  uint8_t buf[korvo::dbs::kHeaderSize];
-  korvo::EncodeDbsHeader(prjdat, buf);
+  uint8_t buf[korvo::dbs::kHeaderSize] = {};
   dbsfil.SeekToBegin();
   const unsigned got = dbsfil.Read(buf, sizeof buf);
   korvo::DecodeDbsHeader(buf, &prjdat);

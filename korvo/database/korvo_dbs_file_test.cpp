@@ -111,17 +111,17 @@ TEST_F(DbsFileTest, AHeaderReadBackFromTheFile) {
   EXPECT_EQ(other.prjdat.guid[10], 0xFEDCBA98u);
 }
 
-TEST_F(DbsFileTest, AShortHeaderChangesOnlyWhatCame) {
-  dir.Write("Korvodal.dbs", std::string("4.0\0\0\0Vegvesen", 14));
+TEST_F(DbsFileTest, AShortHeaderGivesWhatCameAndZerosForTheRest) {
+  dir.Write("Korvodal.dbs", std::string("4.0\0\0\0Vegves", 12));
   TestDbs dbs(&proj);
-  Fill(dbs.prjdat.Prjnamn, L"Kept");
+  Fill(dbs.prjdat.Uppdnamn, L"Statens vegvesen");
   ASSERT_EQ(dbs.Dbs_rw(1000), 0);
-  EXPECT_EQ(dbs.ReadHeader(), 14);
+  EXPECT_EQ(dbs.ReadHeader(), 12);
   dbs.Dbs_rw(1001);
   EXPECT_EQ(std::wstring(dbs.prjdat.Dbsver), L"4.0");
   EXPECT_EQ(std::wstring(dbs.prjdat.Uppdnamn), L"Vegves");
-  EXPECT_EQ(std::wstring(dbs.prjdat.Prjnamn), L"Kept");
-  EXPECT_EQ(dbs.prjdat.slutpos, 500);
+  EXPECT_EQ(std::wstring(dbs.prjdat.Ksyst), L"");
+  EXPECT_EQ(dbs.prjdat.slutpos, 0);
 }
 
 bhdbstype Point(const wchar_t* id, float djup) {
@@ -309,17 +309,21 @@ TEST_F(DbsFileTest, AnUnknownModeDoesNothing) {
   EXPECT_FALSE(dbs.dbsfil.IsOpen());
 }
 
-// Several processes race for the lock. Each child takes it a few times and,
-// while it holds it, writes "+" and then "-" to a shared log; the log shows
-// every holding as one pair, so two holders at a time would interleave.
+// Several processes race for the lock. They agree on moments of the shared
+// monotonic clock and all try at once at each of them; the losers then wake
+// from their waits together and race again. Each holder writes "+" and then
+// "-" to a shared log, so two holders at a time would show as "++".
 
 constexpr int kChildren = 3;
-constexpr int kRounds = 5;
+constexpr int kRounds = 4;
+constexpr int64_t kRoundMs = 400;  // room for the three to take turns
+constexpr char kStartArg[] = "korvo-lock-start=";
 constexpr char kDirArg[] = "korvo-lock-dir=";
 
-std::string ChildDirArgument() {
+std::string ChildArgument(const char* name) {
+  const std::string prefix = name;
   for (const std::string& arg : ::testing::internal::GetArgvs()) {
-    if (arg.rfind(kDirArg, 0) == 0) return arg.substr(sizeof kDirArg - 1);
+    if (arg.rfind(prefix, 0) == 0) return arg.substr(prefix.size());
   }
   return std::string();
 }
@@ -329,18 +333,28 @@ void AppendToLog(const std::filesystem::path& log, const char* mark) {
   out << mark << std::flush;
 }
 
+// Sleeps until shortly before `moment` and spins for the rest, so that the
+// children start within microseconds of each other.
+void WaitUntil(int64_t moment) {
+  while (korvo::ClockMs() < moment - 5) korvo::SleepMs(1);
+  while (korvo::ClockMs() < moment) {
+  }
+}
+
 TEST(DbsLockRaceChild, HoldsTheLockAlone) {
-  const std::string dir = ChildDirArgument();
+  const std::string dir = ChildArgument(kDirArg);
   if (dir.empty()) GTEST_SKIP() << "started by DbsLockRace only";
+  const int64_t start = std::stoll(ChildArgument(kStartArg));
   CProjPath proj;
   proj.SetPath(std::filesystem::path(dir).wstring().c_str());
   TestDbs dbs(&proj);
   const std::filesystem::path log = std::filesystem::path(dir) / "log.txt";
   int held = 0;
-  for (int attempt = 0; held < kRounds && attempt < 40; ++attempt) {
+  for (int round = 0; round < kRounds; ++round) {
+    WaitUntil(start + round * kRoundMs);
     if (dbs.Dbs_rw(1000) != 0) continue;
     AppendToLog(log, "+");
-    korvo::SleepMs(3);
+    korvo::SleepMs(2);
     AppendToLog(log, "-");
     ASSERT_EQ(dbs.Dbs_rw(1001), 0);
     ++held;
@@ -352,21 +366,23 @@ TEST(DbsLockRace, TwoProcessesNeverHoldItTogether) {
   TempDir dir;
   dir.Write("Korvodal.dbs", std::string(408, '\0'));
   const std::string self = ::testing::internal::GetArgvs().at(0);
+  // Time enough for every child to start, also under a sanitizer.
+  const int64_t start = korvo::ClockMs() + 1500;
   std::vector<int> results(kChildren, -1);
   std::vector<std::thread> children;
   for (int i = 0; i < kChildren; ++i) {
     const std::string out = (dir.path() / ("child" + std::to_string(i) + ".out")).string();
     const std::string command = "\"" + self + "\" --gtest_filter=DbsLockRaceChild.* " + kDirArg +
-                                dir.path().string() + " > \"" + out + "\"";
+                                dir.path().string() + " " + kStartArg + std::to_string(start) +
+                                " > \"" + out + "\"";
     children.emplace_back([&results, command, i] { results[i] = std::system(command.c_str()); });
   }
   for (std::thread& t : children) t.join();
 
   for (int i = 0; i < kChildren; ++i) EXPECT_EQ(results[i], 0) << "child " << i;
-  const std::string log = dir.Read("log.txt");
   std::string pairs;
   for (int i = 0; i < kChildren * kRounds; ++i) pairs += "+-";
-  EXPECT_EQ(log, pairs);
+  EXPECT_EQ(dir.Read("log.txt"), pairs);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
 
