@@ -4,7 +4,9 @@
 //   korvo-roundtrip PATH/TO/POINT.SND
 #include <korvo/korvo.h>
 
+#include <clocale>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -27,15 +29,18 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "korvo-roundtrip: no such file: %s\n", source.string().c_str());
     return 1;
   }
-  korvo::SetStatusHandler([](const std::wstring& text) {
-    std::fprintf(stderr, "status: %ls\n", text.c_str());
-  });
+  // Wide text goes to the terminal in its own character set; the numbers of
+  // the files never depend on the locale.
+  const char* ctype = std::setlocale(LC_CTYPE, "");
+  if (ctype == nullptr || std::strcmp(ctype, "C") == 0) std::setlocale(LC_CTYPE, "C.UTF-8");
+  korvo::SetStatusHandler(
+      [](const std::wstring& text) { std::fprintf(stderr, "status: %ls\n", text.c_str()); });
 
   const std::wstring id = source.stem().wstring();
   CKorvoSnd point;
   point.Init(id.c_str(), source.wstring().c_str());
-  std::printf("point %ls\n  x %.3f  y %.3f  z %.3f  inclination %.1f\n", point.id, point.x,
-              point.y, point.z, point.lutning);
+  std::printf("point %ls\n  x %.3f  y %.3f  z %.3f  inclination %.1f\n", point.id, point.x, point.y,
+              point.z, point.lutning);
   for (const std::wstring* t : {&point.text1, &point.text2, &point.text3, &point.text4}) {
     if (!t->empty()) std::printf("  text: %ls\n", t->c_str());
   }

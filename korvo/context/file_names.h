@@ -25,6 +25,13 @@ inline constexpr const wchar_t* kStreamSuffixes[7] = {L"SND", L"TLK", L"PRV", L"
 inline constexpr const wchar_t* kTempNames[7] = {L"SND.TMP", L"TLK.TMP", L"PRV.TMP", L"GVR.TMP",
                                                  L"MTN.TMP", L"MIL.TMP", L"VB.TMP"};
 
+// The settings file of an installation (in ParKat) and of a project (in its
+// directory).
+inline constexpr const wchar_t* kSettingsFile = L"korvo.ini";
+
+// The project information file, in the project directory.
+inline constexpr const wchar_t* kInfoFile = L"Info.prj";
+
 // Section marks of the memory form of a point.
 inline constexpr const wchar_t* kSectionSnd = L"#snd#\n";
 inline constexpr const wchar_t* kSectionPrv = L"#prv#\n";

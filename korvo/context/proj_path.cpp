@@ -17,8 +17,8 @@ CProjPath::~CProjPath() = default;
 int CProjPath::SetPath(const wchar_t* dir) {
   ProjKat = dir ? dir : L"";
   // Both separators end a directory on Windows; only ours does elsewhere.
-  while (ProjKat.size() > 1 && (ProjKat.back() == korvo::kPathSeparator[0] ||
-                                ProjKat.back() == L'/')) {
+  while (ProjKat.size() > 1 &&
+         (ProjKat.back() == korvo::kPathSeparator[0] || ProjKat.back() == L'/')) {
     ProjKat.pop_back();
   }
   const std::wstring base = ProjKat + korvo::kPathSeparator;

@@ -27,7 +27,8 @@ class KORVO_EXPORT CProjPath {
   // The text file of the points of kind Avp: ProjKat, separator, AvpNamn.
   std::wstring AvpFil;
 
-  // File and directory names of a project; see doc/project_files.md.
+  // File and directory names of a project; see doc/project_files.md. They are
+  // names only, joined to ProjKat with the path separator.
   static const wchar_t* const AutoDbsNamn;   // "Korvodal.dbs"
   static const wchar_t* const AutoDbkNamn;   // "Korvodal.dbk", the lock file
   static const wchar_t* const AutoParNamn;   // "KORVO", the settings section

@@ -13,7 +13,9 @@
 namespace korvo {
 
 // A block opens with any line whose first character is '*'.
-inline bool IsMarker(std::wstring_view line) { return !line.empty() && line[0] == L'*'; }
+inline bool IsMarker(std::wstring_view line) {
+  return !line.empty() && line[0] == L'*';
+}
 
 // The line up to its first "\n" (readers that cut a line at its end).
 inline std::wstring_view CutAtNewline(std::wstring_view line) {

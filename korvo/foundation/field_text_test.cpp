@@ -90,7 +90,8 @@ TEST(FieldTextTest, RemarkColumn) {
   AppendRemark(longer, 22, L"R");
   EXPECT_EQ(longer, std::wstring(25, L'9') + L"R");
 
-  EXPECT_EQ(RemarkAt(L"short", 22), L"");
+  const std::wstring short_row = L"short";
+  EXPECT_EQ(RemarkAt(short_row, 22), L"");
   EXPECT_EQ(RemarkAt(std::wstring(22, L' '), 22), L"");
 }
 

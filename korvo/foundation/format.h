@@ -38,6 +38,7 @@ class FormatArg {
   FormatArg(unsigned short v) : kind_(kUnsigned), u_(v) {}
   FormatArg(float v) : kind_(kDouble), d_(v) {}
   FormatArg(double v) : kind_(kDouble), d_(v) {}
+  FormatArg(long double v) : kind_(kDouble), d_(static_cast<double>(v)) {}
   FormatArg(wchar_t v) : kind_(kChar), i_(static_cast<long long>(v)) {}
   FormatArg(const wchar_t* v) : kind_(kWideString), s_(v ? v : L"(null)") {}
   FormatArg(const std::wstring& v) : kind_(kWideString), s_(v.c_str()) {}

@@ -31,8 +31,8 @@ inline constexpr int IDNO = 7;
 inline constexpr const wchar_t* kAppTitle = L"Korvo";
 
 using StatusHandler = std::function<void(const std::wstring& text)>;
-using MessageHandler = std::function<int(const std::wstring& title, const std::wstring& text,
-                                         int icon, int buttons)>;
+using MessageHandler =
+    std::function<int(const std::wstring& title, const std::wstring& text, int icon, int buttons)>;
 
 // Each returns the handler it replaces.
 KORVO_EXPORT StatusHandler SetStatusHandler(StatusHandler handler);

@@ -51,22 +51,38 @@ constexpr unsigned kOpenWrite = 0x1001;
 // The name of a part in the status text when it cannot be made.
 const wchar_t* PartName(int code) {
   switch (code) {
-    case kCodeDreie: return L"Dreie";
-    case kCodeRam: return L"Ram";
-    case kCodeTotal: return L"Totalsondering";
-    case kCodeFjell: return L"Fjellsondering";
-    case kCodeDtrykk: return L"Dreietrykksondering";
-    case kCodeEnkel: return L"Enkelsondering";
-    case kCodeCpt: return L"CPT";
-    case kCodeDpt: return L"DPT";
-    case kCodeKarnborr: return L"Kärnborr";
-    case kCodeVattenF: return L"Vattenförlustmätning";
-    case kCodeTlk: return L"TLK";
-    case kCodePrv: return L"PRV";
-    case kCodeMil: return L"MIL";
-    case kCodeVb: return L"VB";
-    case kCodeGvr: return L"GVR";
-    default: return nullptr;
+    case kCodeDreie:
+      return L"Dreie";
+    case kCodeRam:
+      return L"Ram";
+    case kCodeTotal:
+      return L"Totalsondering";
+    case kCodeFjell:
+      return L"Fjellsondering";
+    case kCodeDtrykk:
+      return L"Dreietrykksondering";
+    case kCodeEnkel:
+      return L"Enkelsondering";
+    case kCodeCpt:
+      return L"CPT";
+    case kCodeDpt:
+      return L"DPT";
+    case kCodeKarnborr:
+      return L"Kärnborr";
+    case kCodeVattenF:
+      return L"Vattenförlustmätning";
+    case kCodeTlk:
+      return L"TLK";
+    case kCodePrv:
+      return L"PRV";
+    case kCodeMil:
+      return L"MIL";
+    case kCodeVb:
+      return L"VB";
+    case kCodeGvr:
+      return L"GVR";
+    default:
+      return nullptr;
   }
 }
 
@@ -75,7 +91,9 @@ void ReportPartNotMade(int code, const wchar_t* id) {
       korvo::Format(L"Kan inte skapa klassinformation för %s (Id=%s)", PartName(code), id));
 }
 
-bool IsMethodCode(int code) { return PartName(code) != nullptr && code < kCodePrv; }
+bool IsMethodCode(int code) {
+  return PartName(code) != nullptr && code < kCodePrv;
+}
 
 // The date of a code line: behind the code and one blank. Codes 40, 45 and 60
 // belong to other files and carry none here.
@@ -83,8 +101,7 @@ bool CodeLineDate(int code, std::wstring_view line, std::wstring& date) {
   size_t from;
   if (code >= 0 && code <= 9) {
     from = 2;
-  } else if (code >= 10 && code <= 96 && code != kCodePrv && code != kCodeMil &&
-             code != kCodeTlk) {
+  } else if (code >= 10 && code <= 96 && code != kCodePrv && code != kCodeMil && code != kCodeTlk) {
     from = 3;
   } else {
     return false;
@@ -112,7 +129,9 @@ void FormatFileDate(wchar_t (&field)[11], const korvo::LocalTime& t) {
 
 }  // namespace
 
-CKorvoSnd::CKorvoSnd() : m_proj(nullptr), m_dbs(nullptr), m_ini(nullptr) { Clear(); }
+CKorvoSnd::CKorvoSnd() : m_proj(nullptr), m_dbs(nullptr), m_ini(nullptr) {
+  Clear();
+}
 
 CKorvoSnd::CKorvoSnd(CProjPath* proj, CKorvoDbs* dbs) : m_proj(proj), m_dbs(dbs), m_ini(nullptr) {
   Clear();
@@ -159,7 +178,9 @@ void CKorvoSnd::Clear() {
   own_proj_ = nullptr;
 }
 
-CKorvoSnd::~CKorvoSnd() { delete own_proj_; }
+CKorvoSnd::~CKorvoSnd() {
+  delete own_proj_;
+}
 
 int CKorvoSnd::New(int code) {
   switch (code) {
@@ -212,7 +233,9 @@ int CKorvoSnd::SetFilePath(const wchar_t* pid, const wchar_t* path) {
   return 0;
 }
 
-void CKorvoSnd::SetNamesFromId() { SetFilePath(id, nullptr); }
+void CKorvoSnd::SetNamesFromId() {
+  SetFilePath(id, nullptr);
+}
 
 // Without arguments a save keeps the names it has, unless there are none yet
 // or they are the temporary ones.
@@ -431,8 +454,8 @@ int CKorvoSnd::Uppdat(const wchar_t* pid, const wchar_t* path) {
 
   const bool memory = m_snd.minne != 0;
   if (!m_snd.Open(m_snd.GetFilePath().c_str(), kOpenWrite)) {
-    korvo::ShowMessage(korvo::Format(L"Kan inte öppna protokollfilen:\n%s\nAvbryter!",
-                                     m_snd.GetFilePath()));
+    korvo::ShowMessage(
+        korvo::Format(L"Kan inte öppna protokollfilen:\n%s\nAvbryter!", m_snd.GetFilePath()));
   } else {
     if (memory) m_snd.WriteString(korvo::kSectionSnd);
     WriteHead();
@@ -447,7 +470,8 @@ int CKorvoSnd::Uppdat(const wchar_t* pid, const wchar_t* path) {
       if (HasSoundingBlock() || m_karnborr || m_vattenf) m_snd.WriteString(L"*\n");
       m_snd.Close();
       if (rensa) {
-        for (CStdioFileMem* s : {&m_tlkfil, &m_prvfil, &m_milfil}) korvo::RemoveFile(s->GetFilePath());
+        for (CStdioFileMem* s : {&m_tlkfil, &m_prvfil, &m_milfil})
+          korvo::RemoveFile(s->GetFilePath());
       }
     }
   }
@@ -531,7 +555,9 @@ int CKorvoSnd::DeleteFil(int code) {
   return 1;
 }
 
-CMemFile* CKorvoSnd::MemFile() { return m_snd.MemFile(); }
+CMemFile* CKorvoSnd::MemFile() {
+  return m_snd.MemFile();
+}
 
 void CKorvoSnd::SetMemFile(int flag) {
   m_snd.SetMemFile(flag);

@@ -22,8 +22,8 @@ class KorvoSndTest : public testing::Test {
     std::filesystem::create_directory(dir_.path() / "Dbf");
     proj_.SetPath(dir_.wpath().c_str());
     old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-    old_message_ = korvo::SetMessageHandler(
-        [this](const std::wstring&, const std::wstring& t, int, int) {
+    old_message_ =
+        korvo::SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int) {
           messages_.push_back(t);
           return korvo::IDNO;
         });
@@ -51,12 +51,13 @@ std::string Head() {
          "1.500000 0 90.000000\r\n";
 }
 
-std::string Identity() { return std::string("*\r\n97\r\n40 0\r\n*\r\n99\r\nGUID ") + kGuid + "\r\n"; }
+std::string Identity() {
+  return std::string("*\r\n97\r\n40 0\r\n*\r\n99\r\nGUID ") + kGuid + "\r\n";
+}
 
 TEST_F(KorvoSndTest, FileAsTheWriterWritesItComesBackByteIdentical) {
-  const std::string file = Head() +
-                           "First line\r\n\xc5re gr\xe4vning \x80\r\n\r\nLast\r\n" + Identity() +
-                           "extra one\r\nextra two\r\n";
+  const std::string file = Head() + "First line\r\n\xc5re gr\xe4vning \x80\r\n\r\nLast\r\n" +
+                           Identity() + "extra one\r\nextra two\r\n";
   WriteField("P101.SND", file);
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"P101", nullptr), 0);

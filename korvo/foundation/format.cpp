@@ -1,0 +1,1018 @@
+// The printf and scanf conversions, done without the C library: integers by
+// hand, floating-point numbers by std::to_chars and std::from_chars, which are
+// exact and never look at the locale. Where the C library's behaviour is odd
+// (what a scan consumes before it fails, saturation of big numbers, "-nan"),
+// the code follows it, since the field files were written and read by it.
+#include "korvo/foundation/format.h"
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <system_error>
+
+namespace korvo {
+
+long long FormatArg::AsInt() const {
+  switch (kind_) {
+    case kInt:
+    case kChar:
+      return i_;
+    case kUnsigned:
+      return static_cast<long long>(u_);
+    case kDouble:
+      if (std::isnan(d_)) return 0;
+      if (d_ <= static_cast<double>(LLONG_MIN)) return LLONG_MIN;
+      if (d_ >= static_cast<double>(LLONG_MAX)) return LLONG_MAX;
+      return static_cast<long long>(d_);
+    case kWideString:
+      break;
+  }
+  return 0;
+}
+
+unsigned long long FormatArg::AsUnsigned() const {
+  if (kind_ == kUnsigned) return u_;
+  if (kind_ == kDouble && d_ >= 0x1p63) {
+    return d_ >= 0x1p64 ? ULLONG_MAX : static_cast<unsigned long long>(d_);
+  }
+  return static_cast<unsigned long long>(AsInt());
+}
+
+double FormatArg::AsDouble() const {
+  switch (kind_) {
+    case kDouble:
+      return d_;
+    case kUnsigned:
+      return static_cast<double>(u_);
+    case kInt:
+    case kChar:
+      return static_cast<double>(i_);
+    case kWideString:
+      break;
+  }
+  return 0;
+}
+
+namespace {
+
+// The C locale's classes: nothing outside ASCII is a blank or a digit.
+bool IsSpace(wchar_t c) {
+  return c == L' ' || (c >= L'\t' && c <= L'\r');
+}
+bool IsDigit(wchar_t c) {
+  return c >= L'0' && c <= L'9';
+}
+wchar_t ToLower(wchar_t c) {
+  return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
+}
+
+int DigitValue(wchar_t c) {
+  if (IsDigit(c)) return c - L'0';
+  c = ToLower(c);
+  if (c >= L'a' && c <= L'f') return c - L'a' + 10;
+  return 99;
+}
+
+enum class Length { kNone, kChar, kShort, kLong, kLongLong, kLongDouble };
+
+// Reads the length modifier at `f`; returns the first character after it.
+const wchar_t* ParseLength(const wchar_t* f, Length* length) {
+  *length = Length::kNone;
+  switch (*f) {
+    case L'h':
+      if (f[1] == L'h') {
+        *length = Length::kChar;
+        return f + 2;
+      }
+      *length = Length::kShort;
+      return f + 1;
+    case L'l':
+      if (f[1] == L'l') {
+        *length = Length::kLongLong;
+        return f + 2;
+      }
+      *length = Length::kLong;
+      return f + 1;
+    case L'L':
+    case L'q':
+      *length = Length::kLongDouble;
+      return f + 1;
+    case L'j':
+    case L'z':
+    case L't':
+      *length = Length::kLongLong;
+      return f + 1;
+    default:
+      return f;
+  }
+}
+
+// Reads a run of decimal digits, saturating at INT_MAX.
+const wchar_t* ParseCount(const wchar_t* f, int* n) {
+  long long v = 0;
+  for (; IsDigit(*f); ++f) v = std::min<long long>(v * 10 + (*f - L'0'), INT_MAX);
+  *n = static_cast<int>(v);
+  return f;
+}
+
+long long NarrowSigned(long long v, Length length) {
+  switch (length) {
+    case Length::kChar:
+      return static_cast<signed char>(v);
+    case Length::kShort:
+      return static_cast<short>(v);
+    case Length::kNone:
+      return static_cast<int>(v);
+    case Length::kLong:
+      return static_cast<long>(v);
+    default:
+      return v;
+  }
+}
+
+unsigned long long NarrowUnsigned(unsigned long long v, Length length) {
+  switch (length) {
+    case Length::kChar:
+      return static_cast<unsigned char>(v);
+    case Length::kShort:
+      return static_cast<unsigned short>(v);
+    case Length::kNone:
+      return static_cast<unsigned>(v);
+    case Length::kLong:
+      return static_cast<unsigned long>(v);
+    default:
+      return v;
+  }
+}
+
+// ---------------------------------------------------------------- formatting
+
+struct FormatSpec {
+  bool left = false;
+  bool plus = false;
+  bool space = false;
+  bool alt = false;
+  bool zero = false;
+  int width = 0;
+  int precision = -1;  // -1: none given
+  Length length = Length::kNone;
+  wchar_t conv = 0;
+};
+
+// A converted number in parts, so that padding can go between the sign and
+// the digits and a very long precision needs no buffer of its own.
+struct Pieces {
+  std::string_view prefix;  // sign and "0x"
+  size_t zeros = 0;         // between prefix and body
+  std::string_view body;
+  size_t inner_zeros = 0;  // digits past the exact ones of a long precision
+  std::string_view tail;   // exponent, or the point that "#" asks for
+};
+
+// Writes the pieces into `out` grown once; std::wstring::append of narrow
+// characters would build a temporary string.
+wchar_t* PutNarrow(wchar_t* d, std::string_view s) {
+  return std::copy(s.begin(), s.end(), d);
+}
+
+void EmitPieces(std::wstring& out, const FormatSpec& spec, Pieces p, bool zero_pad) {
+  size_t len = p.prefix.size() + p.zeros + p.body.size() + p.inner_zeros + p.tail.size();
+  size_t width = static_cast<size_t>(spec.width);
+  size_t pad = width > len ? width - len : 0;
+  if (pad != 0 && !spec.left && zero_pad) {
+    p.zeros += pad;
+    len += pad;
+    pad = 0;
+  }
+  size_t old = out.size();
+  out.resize(old + len + pad);
+  wchar_t* d = out.data() + old;
+  if (!spec.left) d = std::fill_n(d, pad, L' ');
+  d = PutNarrow(d, p.prefix);
+  d = std::fill_n(d, p.zeros, L'0');
+  d = PutNarrow(d, p.body);
+  d = std::fill_n(d, p.inner_zeros, L'0');
+  d = PutNarrow(d, p.tail);
+  if (spec.left) std::fill_n(d, pad, L' ');
+}
+
+void EmitWide(std::wstring& out, const FormatSpec& spec, const wchar_t* s, size_t n) {
+  size_t width = static_cast<size_t>(spec.width);
+  size_t pad = width > n ? width - n : 0;
+  if (!spec.left) out.append(pad, L' ');
+  out.append(s, n);
+  if (spec.left) out.append(pad, L' ');
+}
+
+std::string_view SignOf(bool negative, const FormatSpec& spec) {
+  if (negative) return "-";
+  if (spec.plus) return "+";
+  if (spec.space) return " ";
+  return {};
+}
+
+// Writes the digits of `v` backwards, ending at `end`; returns their start.
+char* DigitsBackwards(char* end, unsigned long long v, unsigned base, bool upper) {
+  if (base == 10) {
+    do {
+      *--end = static_cast<char>('0' + v % 10);
+      v /= 10;
+    } while (v != 0);
+    return end;
+  }
+  const char* digits = upper ? "0123456789ABCDEF" : "0123456789abcdef";
+  do {
+    *--end = digits[v % base];
+    v /= base;
+  } while (v != 0);
+  return end;
+}
+
+void FormatInteger(std::wstring& out, const FormatSpec& spec, const FormatArg& arg) {
+  bool is_signed = spec.conv == L'd' || spec.conv == L'i';
+  bool negative = false;
+  unsigned long long magnitude;
+  if (is_signed) {
+    long long v = NarrowSigned(arg.AsInt(), spec.length);
+    negative = v < 0;
+    magnitude = negative ? 0 - static_cast<unsigned long long>(v) : v;
+  } else {
+    magnitude = NarrowUnsigned(arg.AsUnsigned(), spec.length);
+  }
+  unsigned base = 10;
+  if (spec.conv == L'o') base = 8;
+  if (spec.conv == L'x' || spec.conv == L'X') base = 16;
+
+  char buf[24];
+  char* end = buf + sizeof buf;
+  char* start = end;
+  if (spec.precision != 0 || magnitude != 0) {
+    start = DigitsBackwards(end, magnitude, base, spec.conv == L'X');
+  }
+  Pieces p;
+  p.body = std::string_view(start, end - start);
+  size_t digits = p.body.size();
+  if (spec.precision > 0 && static_cast<size_t>(spec.precision) > digits) {
+    p.zeros = spec.precision - digits;
+  }
+  if (is_signed) p.prefix = SignOf(negative, spec);
+  if (spec.alt && base == 8 && p.zeros == 0 && (digits == 0 || p.body[0] != '0')) p.zeros = 1;
+  if (spec.alt && base == 16 && magnitude != 0) p.prefix = spec.conv == L'X' ? "0X" : "0x";
+  EmitPieces(out, spec, p, spec.zero && spec.precision < 0);
+}
+
+// Past these, the exact decimal expansion of a double has only zeros left:
+// 1074 fractional digits at most, 767 significant digits at most.
+constexpr int kMaxFixedPrecision = 1100;
+constexpr int kMaxSignificant = 800;
+constexpr size_t kFloatBuffer = 310 + kMaxFixedPrecision + 16;
+
+struct FloatText {
+  char* end;           // end of the text in the buffer
+  size_t inner_zeros;  // zeros that the clamped precision left out
+  bool needs_point;    // "#" with no digits after the point
+};
+
+// The exact product a * b as hi + lo (Dekker), for a and b far from the
+// limits of the exponent range.
+void TwoProduct(double a, double b, double* hi, double* lo) {
+  auto split = [](double x, double* h, double* l) {
+    double c = 134217729.0 * x;  // 2^27 + 1
+    *h = c - (c - x);
+    *l = x - *h;
+  };
+  double ah, al, bh, bl;
+  split(a, &ah, &al);
+  split(b, &bh, &bl);
+  *hi = a * b;
+  *lo = ((ah * bh - *hi) + ah * bl + al * bh) + al * bl;
+}
+
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// "%.Nf" of a small number with few decimals, without std::to_chars: v
+// scaled by 10^N is rounded to an integer, half to even on the exact
+// product as the C library does, and printed. Returns null when v is out of
+// this path's range.
+char* SmallFixed(char* buf, double v, int precision) {
+  if (precision > 9 || !(v < 1e15) || (v != 0 && v < 1e-300)) return nullptr;
+  double hi, lo;
+  TwoProduct(v, kPowersOfTen[precision], &hi, &lo);
+  if (!(hi < 0x1p52)) return nullptr;
+  double n = std::floor(hi);
+  double d = hi - n;  // exact
+  // The low part is below half a unit of hi, and d and 0.5 are multiples of
+  // that unit, so only a tie at 0.5 needs it.
+  bool up = d > 0.5 || (d == 0.5 && (lo > 0 || (lo == 0 && std::fmod(n, 2.0) != 0)));
+  auto scaled = static_cast<unsigned long long>(n) + (up ? 1 : 0);
+  auto unit = static_cast<unsigned long long>(kPowersOfTen[precision]);
+  char digits[24];
+  char* end = digits + sizeof digits;
+  char* start = DigitsBackwards(end, scaled / unit, 10, false);
+  char* out = std::copy(start, end, buf);
+  if (precision > 0) {
+    *out++ = '.';
+    unsigned long long frac = scaled % unit;
+    for (int i = precision - 1; i >= 0; --i, frac /= 10)
+      out[i] = static_cast<char>('0' + frac % 10);
+    out += precision;
+  }
+  return out;
+}
+
+FloatText FixedText(char* buf, double v, int precision) {
+  if (char* end = SmallFixed(buf, v, precision)) {
+    return {end, 0, precision == 0};
+  }
+  int p = std::min(precision, kMaxFixedPrecision);
+  char* end = std::to_chars(buf, buf + kFloatBuffer, v, std::chars_format::fixed, p).ptr;
+  return {end, static_cast<size_t>(precision - p), precision == 0};
+}
+
+FloatText ScientificText(char* buf, double v, int precision) {
+  int p = std::min(precision, kMaxSignificant);
+  char* end = std::to_chars(buf, buf + kFloatBuffer, v, std::chars_format::scientific, p).ptr;
+  return {end, static_cast<size_t>(precision - p), precision == 0};
+}
+
+int ExponentOf(const char* buf, const char* end) {
+  const char* e = std::find(buf, end, 'e');
+  int x = 0;
+  std::from_chars(e + (e[1] == '+' ? 2 : 1), end, x);
+  return x;
+}
+
+// "%#g": the style of "%g" with its trailing zeros kept.
+FloatText AltGeneralText(char* buf, double v, int significant) {
+  int x = ExponentOf(buf, ScientificText(buf, v, significant - 1).end);
+  if (significant > x && x >= -4) return FixedText(buf, v, significant - 1 - x);
+  // The C library picks the style by the exponent before rounding; when
+  // rounding carries into one more digit (99.7 at two digits), it shows the
+  // exponent style with the fixed style's zero decimals: "1.e+02".
+  if (x == significant &&
+      ExponentOf(buf,
+                 std::to_chars(buf, buf + kFloatBuffer, v, std::chars_format::scientific).ptr) ==
+          x - 1) {
+    return ScientificText(buf, v, 0);
+  }
+  return ScientificText(buf, v, significant - 1);
+}
+
+void FormatFloat(std::wstring& out, const FormatSpec& spec, double v) {
+  bool upper = spec.conv >= L'A' && spec.conv <= L'Z';
+  wchar_t conv = ToLower(spec.conv);
+  Pieces p;
+  p.prefix = SignOf(std::signbit(v), spec);
+  if (!std::isfinite(v)) {
+    p.body = std::isnan(v) ? (upper ? "NAN" : "nan") : (upper ? "INF" : "inf");
+    EmitPieces(out, spec, p, false);
+    return;
+  }
+  v = std::fabs(v);
+  int precision = spec.precision < 0 ? 6 : spec.precision;
+  char buf[kFloatBuffer];
+  FloatText t{};
+  if (conv == L'f') {
+    t = FixedText(buf, v, precision);
+  } else if (conv == L'e') {
+    t = ScientificText(buf, v, precision);
+  } else if (spec.alt) {
+    t = AltGeneralText(buf, v, std::max(precision, 1));
+  } else {
+    int significant = std::min(std::max(precision, 1), kMaxSignificant);
+    t.end = std::to_chars(buf, buf + kFloatBuffer, v, std::chars_format::general, significant).ptr;
+  }
+  char* e = std::find(buf, t.end, 'e');
+  if (upper && e != t.end) *e = 'E';
+  p.body = std::string_view(buf, e - buf);
+  p.inner_zeros = t.inner_zeros;
+  p.tail = std::string_view(e, t.end - e);
+  // "#" keeps the point even with no digits after it: "3." and "3.e+00".
+  char with_point[8];
+  if (spec.alt && t.needs_point) {
+    with_point[0] = '.';
+    std::copy(p.tail.begin(), p.tail.end(), with_point + 1);
+    p.tail = std::string_view(with_point, p.tail.size() + 1);
+  }
+  EmitPieces(out, spec, p, spec.zero);
+}
+
+void FormatString(std::wstring& out, const FormatSpec& spec, const FormatArg& arg) {
+  const wchar_t* s = arg.AsString();
+  size_t n = 0;
+  size_t limit = spec.precision < 0 ? SIZE_MAX : static_cast<size_t>(spec.precision);
+  while (n < limit && s[n] != 0) ++n;
+  EmitWide(out, spec, s, n);
+}
+
+class ArgList {
+ public:
+  ArgList(const FormatArg* begin, const FormatArg* end) : next_(begin), end_(end) {}
+  // A missing argument reads as zero, where the C library would read garbage.
+  const FormatArg& Next() { return next_ != end_ ? *next_++ : zero_; }
+
+ private:
+  const FormatArg* next_;
+  const FormatArg* end_;
+  FormatArg zero_{0};
+};
+
+// Reads flags, width, precision and length of the conversion after '%'.
+const wchar_t* ParseFormatSpec(const wchar_t* f, ArgList& args, FormatSpec* spec) {
+  for (;; ++f) {
+    if (*f == L'-') {
+      spec->left = true;
+    } else if (*f == L'+') {
+      spec->plus = true;
+    } else if (*f == L' ') {
+      spec->space = true;
+    } else if (*f == L'#') {
+      spec->alt = true;
+    } else if (*f == L'0') {
+      spec->zero = true;
+    } else {
+      break;
+    }
+  }
+  if (*f == L'*') {
+    long long w = NarrowSigned(args.Next().AsInt(), Length::kNone);
+    if (w < 0) spec->left = true;
+    spec->width = static_cast<int>(std::min<long long>(w < 0 ? -w : w, INT_MAX));
+    ++f;
+  } else {
+    f = ParseCount(f, &spec->width);
+  }
+  if (*f == L'.') {
+    ++f;
+    if (*f == L'*') {
+      long long prec = NarrowSigned(args.Next().AsInt(), Length::kNone);
+      spec->precision = prec < 0 ? -1 : static_cast<int>(prec);
+      ++f;
+    } else {
+      f = ParseCount(f, &spec->precision);
+    }
+  }
+  return ParseLength(f, &spec->length);
+}
+
+// Formats the conversion that starts after '%'; returns where the format
+// goes on.
+const wchar_t* FormatOne(std::wstring& out, const wchar_t* percent, ArgList& args) {
+  FormatSpec spec;
+  const wchar_t* f = ParseFormatSpec(percent + 1, args, &spec);
+  spec.conv = *f;
+  switch (spec.conv) {
+    case L'd':
+    case L'i':
+    case L'u':
+    case L'o':
+    case L'x':
+    case L'X':
+      FormatInteger(out, spec, args.Next());
+      break;
+    case L'f':
+    case L'F':
+    case L'e':
+    case L'E':
+    case L'g':
+    case L'G':
+      FormatFloat(out, spec, args.Next().AsDouble());
+      break;
+    case L's':
+    case L'S':
+      FormatString(out, spec, args.Next());
+      break;
+    case L'c':
+    case L'C': {
+      wchar_t c = static_cast<wchar_t>(args.Next().AsInt());
+      EmitWide(out, spec, &c, 1);
+      break;
+    }
+    case L'%':
+      out.push_back(L'%');
+      break;
+    default:
+      // Not a conversion: the text stands as written.
+      out.append(percent, f - percent);
+      return f;
+  }
+  return f + 1;
+}
+
+// ------------------------------------------------------------------ scanning
+
+struct ScanSpec {
+  bool suppress = false;
+  int width = -1;  // -1: no limit
+  Length length = Length::kNone;
+  wchar_t conv = 0;
+};
+
+// How one step of the scan ended. kInputEnd before the first assignment
+// makes the result -1.
+enum class Step { kOk, kInputEnd, kMismatch };
+
+template <class T>
+void StoreNumber(const ScanArg& arg, T v) {
+  void* p = arg.pointer();
+  switch (arg.kind()) {
+    case ScanArg::kShort:
+      *static_cast<short*>(p) = static_cast<short>(v);
+      break;
+    case ScanArg::kInt:
+      *static_cast<int*>(p) = static_cast<int>(v);
+      break;
+    case ScanArg::kLong:
+      *static_cast<long*>(p) = static_cast<long>(v);
+      break;
+    case ScanArg::kLongLong:
+      *static_cast<long long*>(p) = static_cast<long long>(v);
+      break;
+    case ScanArg::kUShort:
+      *static_cast<unsigned short*>(p) = static_cast<unsigned short>(v);
+      break;
+    case ScanArg::kUInt:
+      *static_cast<unsigned*>(p) = static_cast<unsigned>(v);
+      break;
+    case ScanArg::kULong:
+      *static_cast<unsigned long*>(p) = static_cast<unsigned long>(v);
+      break;
+    case ScanArg::kULongLong:
+      *static_cast<unsigned long long*>(p) = static_cast<unsigned long long>(v);
+      break;
+    case ScanArg::kFloat:
+      *static_cast<float*>(p) = static_cast<float>(v);
+      break;
+    case ScanArg::kDouble:
+      *static_cast<double*>(p) = static_cast<double>(v);
+      break;
+    case ScanArg::kLongDouble:
+      *static_cast<long double*>(p) = static_cast<long double>(v);
+      break;
+    case ScanArg::kChars:
+    case ScanArg::kWString:
+      break;
+  }
+}
+
+bool IsNumberKind(ScanArg::Kind kind) {
+  return kind != ScanArg::kChars && kind != ScanArg::kWString;
+}
+
+// Stores a word; a fixed array gets what fits before its terminating zero,
+// or, for "%c", the characters without a terminator.
+void StoreText(const ScanArg& arg, const wchar_t* s, size_t n, bool terminate) {
+  if (arg.kind() == ScanArg::kWString) {
+    static_cast<std::wstring*>(arg.pointer())->assign(s, n);
+    return;
+  }
+  size_t capacity = arg.capacity();
+  if (capacity == 0) return;
+  wchar_t* dest = static_cast<wchar_t*>(arg.pointer());
+  if (terminate) {
+    n = std::min(n, capacity - 1);
+    dest[n] = 0;
+  } else {
+    n = std::min(n, capacity);
+  }
+  std::copy(s, s + n, dest);
+}
+
+// Clamps a number to the type the C library would store it in.
+template <class T>
+T ClampedToFloat(bool huge, bool negative) {
+  T v = huge ? std::numeric_limits<T>::infinity() : T(0);
+  return negative ? -v : v;
+}
+
+// Whether a decimal number that overflowed or underflowed was big: the
+// position of its first significant digit plus its exponent.
+bool DecimalIsHuge(const char* s, const char* end) {
+  long long magnitude = 0;
+  bool seen_point = false;
+  bool significant = false;
+  for (; s < end && *s != 'e' && *s != 'E'; ++s) {
+    if (*s == '.') {
+      seen_point = true;
+    } else if (*s != '0' || significant) {
+      significant = true;
+      if (!seen_point) ++magnitude;
+    } else if (seen_point) {
+      --magnitude;
+    }
+  }
+  long long exponent = 0;
+  if (s < end) {
+    ++s;
+    bool negative = s < end && *s == '-';
+    if (s < end && (*s == '-' || *s == '+')) ++s;
+    for (; s < end && *s >= '0' && *s <= '9'; ++s)
+      exponent = std::min(exponent * 10 + (*s - '0'), 1LL << 40);
+    if (negative) exponent = -exponent;
+  }
+  return magnitude + exponent > 0;
+}
+
+// Converts the collected text of a floating-point number as strtod and its
+// like would. Returns false when nothing in it is a number.
+template <class T>
+bool ParseFloatText(const char* s, const char* end, T* value) {
+  bool negative = s < end && *s == '-';
+  if (s < end && (*s == '-' || *s == '+')) ++s;
+  T v{};
+  if (end - s >= 2 && s[0] == '0' && (s[1] == 'x' || s[1] == 'X')) {
+    auto r = std::from_chars(s + 2, end, v, std::chars_format::hex);
+    if (r.ec == std::errc::result_out_of_range) {
+      const char* p = std::find_if(s, end, [](char c) { return c == 'p' || c == 'P'; });
+      v = ClampedToFloat<T>(p + 1 < end && p[1] != '-', false);
+    } else if (r.ec != std::errc()) {
+      v = 0;  // only the "0" before the "x" is a number
+    }
+  } else {
+    auto r = std::from_chars(s, end, v, std::chars_format::general);
+    if (r.ec == std::errc::invalid_argument) return false;
+    if (r.ec == std::errc::result_out_of_range)
+      v = ClampedToFloat<T>(DecimalIsHuge(s, r.ptr), false);
+  }
+  *value = negative ? -v : v;
+  return true;
+}
+
+class Scanner {
+ public:
+  Scanner(std::wstring_view input, const ScanArg* begin, const ScanArg* end)
+      : p_(input.data()), end_(input.data() + input.size()), next_(begin), last_(end) {}
+
+  int Run(const wchar_t* f);
+
+ private:
+  void SkipSpace() {
+    while (p_ < end_ && IsSpace(*p_)) ++p_;
+  }
+  bool AtEnd() const { return p_ == end_; }
+  // Takes one character within the field width.
+  bool Take(int* width) {
+    if (*width > 0) --*width;
+    return ++p_ != end_;
+  }
+
+  Step Convert(const ScanSpec& spec, const wchar_t** f);
+  Step ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed);
+  Step ScanFloat(const ScanSpec& spec);
+  Step ScanWord(const ScanSpec& spec);
+  Step ScanChars(const ScanSpec& spec);
+  Step ScanSet(const ScanSpec& spec, const wchar_t** f);
+  Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
+  bool SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end);
+
+  // The next destination, or null when the caller gave too few.
+  const ScanArg* Destination() { return next_ != last_ ? next_++ : nullptr; }
+  Step Assigned() {
+    ++done_;
+    return Step::kOk;
+  }
+
+  const wchar_t* p_;
+  const wchar_t* end_;
+  const ScanArg* next_;
+  const ScanArg* last_;
+  int done_ = 0;
+};
+
+int Scanner::Run(const wchar_t* f) {
+  while (*f != 0) {
+    if (IsSpace(*f)) {
+      SkipSpace();
+      ++f;
+      continue;
+    }
+    if (*f != L'%' || f[1] == L'%') {
+      if (*f == L'%') {
+        SkipSpace();
+        ++f;
+      }
+      if (AtEnd()) return done_ == 0 ? -1 : done_;
+      if (*p_ != *f) return done_;
+      ++p_;
+      ++f;
+      continue;
+    }
+    ScanSpec spec;
+    ++f;
+    if (*f == L'*') {
+      spec.suppress = true;
+      ++f;
+    }
+    if (IsDigit(*f)) {
+      f = ParseCount(f, &spec.width);
+      if (spec.width == 0) spec.width = -1;
+    }
+    f = ParseLength(f, &spec.length);
+    spec.conv = *f;
+    if (spec.conv == 0) break;
+    ++f;
+    Step step = Convert(spec, &f);
+    if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
+    if (step == Step::kMismatch) break;
+  }
+  return done_;
+}
+
+Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
+  if (spec.conv != L'c' && spec.conv != L'[') SkipSpace();
+  switch (spec.conv) {
+    case L'd':
+      return ScanInteger(spec, 10, true);
+    case L'i':
+      return ScanInteger(spec, 0, true);
+    case L'u':
+      return ScanInteger(spec, 10, false);
+    case L'x':
+    case L'X':
+      return ScanInteger(spec, 16, false);
+    case L'o':
+      return ScanInteger(spec, 8, false);
+    case L'f':
+    case L'F':
+    case L'e':
+    case L'E':
+    case L'g':
+    case L'G':
+    case L'a':
+    case L'A':
+      return ScanFloat(spec);
+    case L's':
+    case L'S':
+      return ScanWord(spec);
+    case L'c':
+    case L'C':
+      return ScanChars(spec);
+    case L'[':
+      return ScanSet(spec, f);
+    default:
+      return Step::kMismatch;
+  }
+}
+
+Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
+  if (AtEnd()) return Step::kInputEnd;
+  int width = spec.width;
+  bool negative = false;
+  if (*p_ == L'-' || *p_ == L'+') {
+    negative = *p_ == L'-';
+    Take(&width);
+  }
+  bool any_digit = false;
+  if (width != 0 && !AtEnd() && *p_ == L'0') {
+    any_digit = true;
+    if (Take(&width) && width != 0 && ToLower(*p_) == L'x') {
+      if (base == 0) base = 16;
+      if (base == 16) Take(&width);
+    } else if (base == 0) {
+      base = 8;
+    }
+  }
+  if (base == 0) base = 10;
+  unsigned long long magnitude = 0;
+  bool overflow = false;
+  for (; width != 0 && !AtEnd(); Take(&width)) {
+    unsigned d = static_cast<unsigned>(DigitValue(*p_));
+    if (d >= base) break;
+    any_digit = true;
+    // Sticky: once over, the value saturates whatever follows.
+    if (__builtin_mul_overflow(magnitude, base, &magnitude) ||
+        __builtin_add_overflow(magnitude, d, &magnitude)) {
+      overflow = true;
+    }
+  }
+  if (!any_digit) return Step::kMismatch;
+  if (spec.suppress) return Step::kOk;
+  const ScanArg* dest = Destination();
+  if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
+  // Big numbers saturate, as with strtol and strtoul, and are then cut to
+  // the size the length modifier names.
+  if (is_signed) {
+    long long v;
+    if (negative) {
+      v = overflow || magnitude > (1ULL << 63) ? LLONG_MIN : static_cast<long long>(0 - magnitude);
+    } else {
+      v = overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
+    }
+    StoreNumber(*dest, NarrowSigned(v, spec.length));
+  } else {
+    unsigned long long v = overflow ? ULLONG_MAX : negative ? 0 - magnitude : magnitude;
+    StoreNumber(*dest, NarrowUnsigned(v, spec.length));
+  }
+  return Assigned();
+}
+
+// The characters of a floating-point number, taken as the C library takes
+// them: greedily, so that "1e" or "1e+" are consumed whole although only the
+// "1" is a number.
+Step Scanner::ScanFloat(const ScanSpec& spec) {
+  if (AtEnd()) return Step::kInputEnd;
+  const wchar_t* start = p_;
+  int width = spec.width;
+  size_t sign = 0;
+  if (*p_ == L'-' || *p_ == L'+') {
+    sign = 1;
+    if (!Take(&width) || width == 0) return Step::kMismatch;
+  }
+  wchar_t c = ToLower(*p_);
+  if (c == L'n' || c == L'i') {
+    const wchar_t* word = c == L'n' ? L"nan" : L"infinity";
+    size_t i = 0;
+    for (; word[i] != 0; ++i) {
+      if (AtEnd() || width == 0 || ToLower(*p_) != word[i]) break;
+      Take(&width);
+    }
+    // "inf" may stand alone; a started "infinity" must be finished.
+    if (i != 3 && word[i] != 0) return Step::kMismatch;
+  } else {
+    bool hex = false;
+    bool got_digit = false;
+    if (*p_ == L'0') {
+      got_digit = true;
+      // As the C library does, "0x" opens a hexadecimal number only when the
+      // width leaves room for a digit after it.
+      if (Take(&width) && width != 0 && width != 1 && ToLower(*p_) == L'x') {
+        hex = true;
+        got_digit = false;
+        Take(&width);
+      }
+    }
+    wchar_t exp_char = hex ? L'p' : L'e';
+    bool got_e = false;
+    bool got_dot = false;
+    for (; width != 0 && !AtEnd(); Take(&width)) {
+      wchar_t ch = *p_;
+      if (IsDigit(ch) || (hex && !got_e && DigitValue(ch) < 16)) {
+        got_digit = true;
+      } else if (got_e && ToLower(p_[-1]) == exp_char && (ch == L'-' || ch == L'+')) {
+      } else if (got_digit && !got_e && ToLower(ch) == exp_char) {
+        got_e = got_dot = true;
+      } else if (!got_dot && ch == L'.') {
+        got_dot = true;
+      } else {
+        break;
+      }
+    }
+    size_t taken = p_ - start;
+    if (taken == sign || (hex && taken == sign + 2)) return Step::kMismatch;
+  }
+  if (SimpleDecimal(spec, start, p_)) return spec.suppress ? Step::kOk : Assigned();
+  // The text is ASCII by now: narrow it for std::from_chars.
+  size_t n = p_ - start;
+  char small[128];
+  std::string large;
+  char* text = small;
+  if (n > sizeof small) {
+    large.resize(n);
+    text = large.data();
+  }
+  std::transform(start, p_, text, [](wchar_t ch) { return static_cast<char>(ch); });
+  return StoreFloat(spec, text, text + n);
+}
+
+// Plain decimals ("-12.345", "7") whose digits and power of ten are exact
+// in the destination's type: one correctly rounded division or product
+// gives the value. Returns false, storing nothing, for anything else.
+bool Scanner::SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end) {
+  bool negative = *s == L'-';
+  if (*s == L'-' || *s == L'+') ++s;
+  unsigned long long mantissa = 0;
+  int digits = 0;
+  int decimals = 0;
+  bool seen_point = false;
+  for (; s < end; ++s) {
+    if (IsDigit(*s)) {
+      mantissa = mantissa * 10 + (*s - L'0');
+      ++digits;
+      if (seen_point) ++decimals;
+    } else if (*s == L'.' && !seen_point) {
+      seen_point = true;
+    } else {
+      return false;
+    }
+  }
+  if (digits == 0 || digits > 15 || decimals > 22) return false;
+  if (spec.suppress) return true;
+  if (next_ == last_ || !IsNumberKind(next_->kind())) return false;
+  if (next_->kind() == ScanArg::kFloat) {
+    if (mantissa > (1u << 24) || decimals > 10) return false;
+    float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
+    StoreNumber(*Destination(), negative ? -v : v);
+    return true;
+  }
+  double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
+  if (next_->kind() == ScanArg::kLongDouble) return false;
+  StoreNumber(*Destination(), negative ? -v : v);
+  return true;
+}
+
+Step Scanner::StoreFloat(const ScanSpec& spec, const char* s, const char* end) {
+  // A float destination is converted straight from the text: going through
+  // double would round twice.
+  const ScanArg* dest = spec.suppress ? nullptr : Destination();
+  bool ok;
+  if (dest != nullptr && dest->kind() == ScanArg::kFloat) {
+    float v;
+    ok = ParseFloatText(s, end, &v);
+    if (ok) StoreNumber(*dest, v);
+  } else if (dest != nullptr && dest->kind() == ScanArg::kLongDouble) {
+    long double v;
+    ok = ParseFloatText(s, end, &v);
+    if (ok) StoreNumber(*dest, v);
+  } else {
+    double v;
+    ok = ParseFloatText(s, end, &v);
+    if (ok && dest != nullptr && IsNumberKind(dest->kind())) StoreNumber(*dest, v);
+  }
+  if (!ok) return Step::kMismatch;
+  if (spec.suppress) return Step::kOk;
+  if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
+  return Assigned();
+}
+
+Step Scanner::ScanWord(const ScanSpec& spec) {
+  if (AtEnd()) return Step::kInputEnd;
+  const wchar_t* start = p_;
+  int width = spec.width;
+  while (width != 0 && !AtEnd() && !IsSpace(*p_)) Take(&width);
+  if (spec.suppress) return Step::kOk;
+  const ScanArg* dest = Destination();
+  if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
+  StoreText(*dest, start, p_ - start, true);
+  return Assigned();
+}
+
+Step Scanner::ScanChars(const ScanSpec& spec) {
+  if (AtEnd()) return Step::kInputEnd;
+  const wchar_t* start = p_;
+  int width = spec.width < 0 ? 1 : spec.width;
+  while (width != 0 && !AtEnd()) Take(&width);
+  if (spec.suppress) return Step::kOk;
+  const ScanArg* dest = Destination();
+  if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
+  StoreText(*dest, start, p_ - start, false);
+  return Assigned();
+}
+
+// Whether `c` is in the set written between `set` and `set_end`, where
+// "a-z" is a range unless the '-' stands first or last.
+bool InSet(wchar_t c, const wchar_t* set, const wchar_t* set_end) {
+  for (const wchar_t* s = set; s < set_end; ++s) {
+    if (s[0] == L'-' && s != set && s + 1 < set_end && s[-1] <= s[1]) {
+      if (c >= s[-1] && c <= s[1]) return true;
+    } else if (*s == c) {
+      return true;
+    }
+  }
+  return false;
+}
+
+Step Scanner::ScanSet(const ScanSpec& spec, const wchar_t** f) {
+  const wchar_t* set = *f;
+  bool negate = *set == L'^';
+  if (negate) ++set;
+  const wchar_t* set_end = set;
+  if (*set_end == L']') ++set_end;  // a ']' first is a member
+  while (*set_end != 0 && *set_end != L']') ++set_end;
+  if (*set_end == 0) return Step::kMismatch;
+  *f = set_end + 1;
+  if (AtEnd()) return Step::kInputEnd;
+  const wchar_t* start = p_;
+  int width = spec.width;
+  while (width != 0 && !AtEnd() && InSet(*p_, set, set_end) != negate) Take(&width);
+  if (p_ == start) return Step::kMismatch;
+  if (spec.suppress) return Step::kOk;
+  const ScanArg* dest = Destination();
+  if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
+  StoreText(*dest, start, p_ - start, true);
+  return Assigned();
+}
+
+}  // namespace
+
+void AppendFormatArgs(std::wstring& out, const wchar_t* format,
+                      std::initializer_list<FormatArg> args) {
+  ArgList list(args.begin(), args.end());
+  const wchar_t* f = format;
+  while (*f != 0) {
+    const wchar_t* run = f;
+    while (*f != 0 && *f != L'%') ++f;
+    out.append(run, f - run);
+    if (*f == L'%') f = FormatOne(out, f, list);
+  }
+}
+
+int ScanArgs(std::wstring_view input, const wchar_t* format, std::initializer_list<ScanArg> args) {
+  return Scanner(input, args.begin(), args.end()).Run(format);
+}
+
+}  // namespace korvo
