@@ -1,6 +1,6 @@
 #include "korvo/database/korvo_dbs.h"
 
-#include <cstring>
+#include <cwchar>
 
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_format.h"

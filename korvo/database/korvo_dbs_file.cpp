@@ -1,10 +1,9 @@
 // The database file: its lock, and the header and records at their places.
-#include <cstring>
+#include "korvo/database/korvo_dbs.h"
 
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_codec.h"
 #include "korvo/database/dbs_format.h"
-#include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
 #include "korvo/platform/env.h"
