@@ -2,7 +2,8 @@
 # Installs the build prerequisites from Debian's packages when they are missing.
 set -e
 need=""
-for pkg in cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev; do
+for pkg in cmake ninja-build g++ clang libgtest-dev libgmock-dev libbenchmark-dev \
+    libcli11-dev nlohmann-json3-dev; do
   dpkg -s "$pkg" >/dev/null 2>&1 || need="$need $pkg"
 done
 if [ -n "$need" ]; then
