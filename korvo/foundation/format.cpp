@@ -69,6 +69,11 @@ wchar_t ToLower(wchar_t c) {
   return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
 }
 
+// The value of a decimal digit, or 10 and more for anything else.
+unsigned DecimalDigit(wchar_t c) {
+  return static_cast<unsigned>(c) - L'0';
+}
+
 int DigitValue(wchar_t c) {
   if (IsDigit(c)) return c - L'0';
   c = ToLower(c);
@@ -643,6 +648,22 @@ bool ParseFloatText(const char* s, const char* end, T* value) {
   return true;
 }
 
+// Reads assignment suppression, width, length and conversion of the
+// conversion after '%'; returns where the format goes on.
+const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
+  if (*f == L'*') {
+    spec->suppress = true;
+    ++f;
+  }
+  if (IsDigit(*f)) {
+    f = ParseCount(f, &spec->width);
+    if (spec->width == 0) spec->width = -1;
+  }
+  f = ParseLength(f, &spec->length);
+  spec->conv = *f;
+  return spec->conv == 0 ? f : f + 1;
+}
+
 class Scanner {
  public:
   Scanner(std::wstring_view input, const ScanArg* begin, const ScanArg* end)
@@ -668,7 +689,10 @@ class Scanner {
   Step ScanChars(const ScanSpec& spec);
   Step ScanSet(const ScanSpec& spec, const wchar_t** f);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
-  bool SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end);
+  bool ShortDecimal(bool* negative, unsigned long long* magnitude);
+  Step StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+                    unsigned long long magnitude, bool overflow);
+  bool PlainDecimal(const ScanSpec& spec);
 
   // The next destination, or null when the caller gave too few.
   const ScanArg* Destination() { return next_ != last_ ? next_++ : nullptr; }
@@ -685,40 +709,29 @@ class Scanner {
 };
 
 int Scanner::Run(const wchar_t* f) {
-  while (*f != 0) {
-    if (IsSpace(*f)) {
+  for (wchar_t c = *f; c != 0; c = *f) {
+    if (c == L'%' && f[1] != L'%') {
+      ScanSpec spec;
+      f = ParseScanSpec(f + 1, &spec);
+      if (spec.conv == 0) break;
+      Step step = Convert(spec, &f);
+      if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
+      if (step == Step::kMismatch) break;
+      continue;
+    }
+    if (IsSpace(c)) {
       SkipSpace();
       ++f;
       continue;
     }
-    if (*f != L'%' || f[1] == L'%') {
-      if (*f == L'%') {
-        SkipSpace();
-        ++f;
-      }
-      if (AtEnd()) return done_ == 0 ? -1 : done_;
-      if (*p_ != *f) return done_;
-      ++p_;
-      ++f;
-      continue;
-    }
-    ScanSpec spec;
-    ++f;
-    if (*f == L'*') {
-      spec.suppress = true;
+    if (c == L'%') {
+      SkipSpace();
       ++f;
     }
-    if (IsDigit(*f)) {
-      f = ParseCount(f, &spec.width);
-      if (spec.width == 0) spec.width = -1;
-    }
-    f = ParseLength(f, &spec.length);
-    spec.conv = *f;
-    if (spec.conv == 0) break;
+    if (AtEnd()) return done_ == 0 ? -1 : done_;
+    if (*p_ != *f) return done_;
+    ++p_;
     ++f;
-    Step step = Convert(spec, &f);
-    if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
-    if (step == Step::kMismatch) break;
   }
   return done_;
 }
@@ -761,8 +774,12 @@ Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
 
 Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   if (AtEnd()) return Step::kInputEnd;
-  int width = spec.width;
   bool negative = false;
+  unsigned long long magnitude = 0;
+  if (base == 10 && spec.width < 0 && ShortDecimal(&negative, &magnitude)) {
+    return StoreInteger(spec, is_signed, negative, magnitude, false);
+  }
+  int width = spec.width;
   if (*p_ == L'-' || *p_ == L'+') {
     negative = *p_ == L'-';
     Take(&width);
@@ -778,7 +795,6 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
     }
   }
   if (base == 0) base = 10;
-  unsigned long long magnitude = 0;
   bool overflow = false;
   for (; width != 0 && !AtEnd(); Take(&width)) {
     unsigned d = static_cast<unsigned>(DigitValue(*p_));
@@ -791,6 +807,28 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
     }
   }
   if (!any_digit) return Step::kMismatch;
+  return StoreInteger(spec, is_signed, negative, magnitude, overflow);
+}
+
+// Up to 19 decimal digits, with no width to watch, cannot overflow: the
+// common integer is read in one tight loop. Returns false, consuming
+// nothing, for anything else.
+bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude) {
+  const wchar_t* q = p_;
+  *negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
+  const wchar_t* digits = q;
+  const wchar_t* stop = digits + std::min<ptrdiff_t>(end_ - digits, 19);
+  unsigned long long m = 0;
+  for (unsigned d; q < stop && (d = DecimalDigit(*q)) < 10; ++q) m = m * 10 + d;
+  if (q == digits || (q < end_ && DecimalDigit(*q) < 10)) return false;
+  *magnitude = m;
+  p_ = q;
+  return true;
+}
+
+Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+                           unsigned long long magnitude, bool overflow) {
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
@@ -816,6 +854,7 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
 // "1" is a number.
 Step Scanner::ScanFloat(const ScanSpec& spec) {
   if (AtEnd()) return Step::kInputEnd;
+  if (spec.width < 0 && PlainDecimal(spec)) return spec.suppress ? Step::kOk : Assigned();
   const wchar_t* start = p_;
   int width = spec.width;
   size_t sign = 0;
@@ -865,7 +904,6 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
     size_t taken = p_ - start;
     if (taken == sign || (hex && taken == sign + 2)) return Step::kMismatch;
   }
-  if (SimpleDecimal(spec, start, p_)) return spec.suppress ? Step::kOk : Assigned();
   // The text is ASCII by now: narrow it for std::from_chars.
   size_t n = p_ - start;
   char small[128];
@@ -879,39 +917,52 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
   return StoreFloat(spec, text, text + n);
 }
 
-// Plain decimals ("-12.345", "7") whose digits and power of ten are exact
-// in the destination's type: one correctly rounded division or product
-// gives the value. Returns false, storing nothing, for anything else.
-bool Scanner::SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end) {
-  bool negative = *s == L'-';
-  if (*s == L'-' || *s == L'+') ++s;
+// Plain decimals ("-12.345", "7", ".5", "5.") whose digits and power of
+// ten are exact in the destination's type: one correctly rounded division
+// gives the value, as the C library's exact conversion would. A float is
+// divided in float, since a quotient rounded to double and then to float can
+// land one step off. Returns false, consuming and storing nothing, for
+// anything else (exponents, hexadecimal, long mantissas, a long double).
+bool Scanner::PlainDecimal(const ScanSpec& spec) {
+  const wchar_t* q = p_;
+  bool negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
   unsigned long long mantissa = 0;
-  int digits = 0;
+  int significant = 0;  // leading zeros not counted: "0.025" has two
   int decimals = 0;
-  bool seen_point = false;
-  for (; s < end; ++s) {
-    if (IsDigit(*s)) {
-      mantissa = mantissa * 10 + (*s - L'0');
-      ++digits;
-      if (seen_point) ++decimals;
-    } else if (*s == L'.' && !seen_point) {
-      seen_point = true;
+  bool any_digit = false;
+  bool point = false;
+  for (; q < end_; ++q) {
+    unsigned d = DecimalDigit(*q);
+    if (d < 10) {
+      any_digit = true;
+      // Wraps only past 19 significant digits, which are refused below.
+      mantissa = mantissa * 10 + d;
+      significant += mantissa != 0;
+      decimals += point;
+    } else if (*q == L'.' && !point) {
+      point = true;
     } else {
-      return false;
+      break;
     }
   }
-  if (digits == 0 || digits > 15 || decimals > 22) return false;
-  if (spec.suppress) return true;
-  if (next_ == last_ || !IsNumberKind(next_->kind())) return false;
-  if (next_->kind() == ScanArg::kFloat) {
-    if (mantissa > (1u << 24) || decimals > 10) return false;
-    float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
-    StoreNumber(*Destination(), negative ? -v : v);
-    return true;
+  if (!any_digit || significant > 19) return false;
+  if (q < end_ && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return false;
+  if (!spec.suppress) {
+    if (next_ == last_) return false;
+    ScanArg::Kind kind = next_->kind();
+    if (kind == ScanArg::kFloat) {
+      if (mantissa > (1u << 24) || decimals > 10) return false;
+      float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
+      StoreNumber(*Destination(), negative ? -v : v);
+    } else {
+      if (mantissa > (1ULL << 53) || decimals > 22) return false;
+      if (kind == ScanArg::kLongDouble || !IsNumberKind(kind)) return false;
+      double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
+      StoreNumber(*Destination(), negative ? -v : v);
+    }
   }
-  double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
-  if (next_->kind() == ScanArg::kLongDouble) return false;
-  StoreNumber(*Destination(), negative ? -v : v);
+  p_ = q;
   return true;
 }
 
