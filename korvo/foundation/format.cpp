@@ -83,36 +83,35 @@ int DigitValue(wchar_t c) {
 
 enum class Length { kNone, kChar, kShort, kLong, kLongLong, kLongDouble };
 
-// Reads the length modifier at `f`; returns the first character after it.
-const wchar_t* ParseLength(const wchar_t* f, Length* length) {
-  *length = Length::kNone;
-  switch (*f) {
+// The length a single modifier letter names; kNone for any other letter.
+Length LengthLetter(wchar_t c) {
+  switch (c) {
     case L'h':
-      if (f[1] == L'h') {
-        *length = Length::kChar;
-        return f + 2;
-      }
-      *length = Length::kShort;
-      return f + 1;
+      return Length::kShort;
     case L'l':
-      if (f[1] == L'l') {
-        *length = Length::kLongLong;
-        return f + 2;
-      }
-      *length = Length::kLong;
-      return f + 1;
+      return Length::kLong;
     case L'L':
     case L'q':
-      *length = Length::kLongDouble;
-      return f + 1;
+      return Length::kLongDouble;
     case L'j':
     case L'z':
     case L't':
-      *length = Length::kLongLong;
-      return f + 1;
+      return Length::kLongLong;
     default:
-      return f;
+      return Length::kNone;
   }
+}
+
+// Reads the length modifier at `f`; returns the first character after it.
+// Kept small: it is on the path of every conversion.
+const wchar_t* ParseLength(const wchar_t* f, Length* length) {
+  *length = LengthLetter(*f);
+  if (*length == Length::kNone) return f;
+  if ((*f == L'h' || *f == L'l') && f[1] == *f) {
+    *length = *f == L'h' ? Length::kChar : Length::kLongLong;
+    return f + 2;
+  }
+  return f + 1;
 }
 
 // Reads a run of decimal digits, saturating at INT_MAX.
@@ -689,6 +688,7 @@ class Scanner {
   Step ScanChars(const ScanSpec& spec);
   Step ScanSet(const ScanSpec& spec, const wchar_t** f);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
+  Step ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed);
   bool ShortDecimal(bool* negative, unsigned long long* magnitude);
   Step StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
                     unsigned long long magnitude, bool overflow);
@@ -779,7 +779,14 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   if (base == 10 && spec.width < 0 && ShortDecimal(&negative, &magnitude)) {
     return StoreInteger(spec, is_signed, negative, magnitude, false);
   }
+  return ScanAnyInteger(spec, base, is_signed);
+}
+
+// Any base, any width, any number of digits.
+Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   int width = spec.width;
+  bool negative = false;
+  unsigned long long magnitude = 0;
   if (*p_ == L'-' || *p_ == L'+') {
     negative = *p_ == L'-';
     Take(&width);
@@ -917,12 +924,22 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
   return StoreFloat(spec, text, text + n);
 }
 
+// 10^-k rounded to double.
+constexpr double kTenths[] = {1e0,  1e-1, 1e-2, 1e-3, 1e-4, 1e-5,
+                              1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
+
 // Plain decimals ("-12.345", "7", ".5", "5.") whose digits and power of
-// ten are exact in the destination's type: one correctly rounded division
-// gives the value, as the C library's exact conversion would. A float is
-// divided in float, since a quotient rounded to double and then to float can
-// land one step off. Returns false, consuming and storing nothing, for
-// anything else (exponents, hexadecimal, long mantissas, a long double).
+// ten are exact doubles: one correctly rounded division gives the value, as
+// the C library's exact conversion would.
+//
+// A float needs no division. With m <= 2^24 and k <= 10, m / 10^k is never
+// a midpoint between two floats and lies at least 2^-48 (relative) from
+// any: a midpoint has 25 significant bits, so the distance is a nonzero
+// multiple of 2^e / 5^k against a value below 2^(e+25). m times 10^-k in
+// double is off by at most 2^-52, so it rounds to the same float.
+//
+// Returns false, consuming and storing nothing, for anything else
+// (exponents, hexadecimal, long mantissas, a long double).
 bool Scanner::PlainDecimal(const ScanSpec& spec) {
   const wchar_t* q = p_;
   bool negative = *q == L'-';
@@ -953,7 +970,7 @@ bool Scanner::PlainDecimal(const ScanSpec& spec) {
     ScanArg::Kind kind = next_->kind();
     if (kind == ScanArg::kFloat) {
       if (mantissa > (1u << 24) || decimals > 10) return false;
-      float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
+      auto v = static_cast<float>(static_cast<double>(mantissa) * kTenths[decimals]);
       StoreNumber(*Destination(), negative ? -v : v);
     } else {
       if (mantissa > (1ULL << 53) || decimals > 22) return false;
