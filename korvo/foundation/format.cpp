@@ -104,7 +104,7 @@ Length LengthLetter(wchar_t c) {
 
 // Reads the length modifier at `f`; returns the first character after it.
 // Kept small: it is on the path of every conversion.
-const wchar_t* ParseLength(const wchar_t* f, Length* length) {
+inline const wchar_t* ParseLength(const wchar_t* f, Length* length) {
   *length = LengthLetter(*f);
   if (*length == Length::kNone) return f;
   if ((*f == L'h' || *f == L'l') && f[1] == *f) {
@@ -515,6 +515,10 @@ struct ScanSpec {
   int width = -1;  // -1: no limit
   Length length = Length::kNone;
   wchar_t conv = 0;
+  // "%[...]": the members between `set` and `set_end`.
+  const wchar_t* set = nullptr;
+  const wchar_t* set_end = nullptr;
+  bool negate = false;
 };
 
 // How one step of the scan ended. kInputEnd before the first assignment
@@ -647,6 +651,22 @@ bool ParseFloatText(const char* s, const char* end, T* value) {
   return true;
 }
 
+// Reads the set of "%[" up to its closing ']'. A set without one ends the
+// scan, as an unknown conversion does.
+const wchar_t* ParseScanSet(const wchar_t* f, ScanSpec* spec) {
+  spec->negate = *f == L'^';
+  if (spec->negate) ++f;
+  spec->set = f;
+  if (*f == L']') ++f;  // a ']' first is a member
+  while (*f != 0 && *f != L']') ++f;
+  spec->set_end = f;
+  if (*f == 0) {
+    spec->conv = 0;
+    return f;
+  }
+  return f + 1;
+}
+
 // Reads assignment suppression, width, length and conversion of the
 // conversion after '%'; returns where the format goes on.
 const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
@@ -660,7 +680,9 @@ const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
   }
   f = ParseLength(f, &spec->length);
   spec->conv = *f;
-  return spec->conv == 0 ? f : f + 1;
+  if (spec->conv == 0) return f;
+  if (spec->conv == L'[') return ParseScanSet(f + 1, spec);
+  return f + 1;
 }
 
 class Scanner {
@@ -672,7 +694,9 @@ class Scanner {
 
  private:
   void SkipSpace() {
-    while (p_ < end_ && IsSpace(*p_)) ++p_;
+    const wchar_t* p = p_;  // in a register, not in the object
+    while (p < end_ && IsSpace(*p)) ++p;
+    p_ = p;
   }
   bool AtEnd() const { return p_ == end_; }
   // Takes one character within the field width.
@@ -681,12 +705,12 @@ class Scanner {
     return ++p_ != end_;
   }
 
-  Step Convert(const ScanSpec& spec, const wchar_t** f);
+  Step Convert(const ScanSpec& spec);
   Step ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed);
   Step ScanFloat(const ScanSpec& spec);
   Step ScanWord(const ScanSpec& spec);
   Step ScanChars(const ScanSpec& spec);
-  Step ScanSet(const ScanSpec& spec, const wchar_t** f);
+  Step ScanSet(const ScanSpec& spec);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
   Step ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed);
   bool ShortDecimal(bool* negative, unsigned long long* magnitude);
@@ -714,7 +738,7 @@ int Scanner::Run(const wchar_t* f) {
       ScanSpec spec;
       f = ParseScanSpec(f + 1, &spec);
       if (spec.conv == 0) break;
-      Step step = Convert(spec, &f);
+      Step step = Convert(spec);
       if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
       if (step == Step::kMismatch) break;
       continue;
@@ -736,7 +760,7 @@ int Scanner::Run(const wchar_t* f) {
   return done_;
 }
 
-Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
+Step Scanner::Convert(const ScanSpec& spec) {
   if (spec.conv != L'c' && spec.conv != L'[') SkipSpace();
   switch (spec.conv) {
     case L'd':
@@ -766,13 +790,13 @@ Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
     case L'C':
       return ScanChars(spec);
     case L'[':
-      return ScanSet(spec, f);
+      return ScanSet(spec);
     default:
       return Step::kMismatch;
   }
 }
 
-Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
+inline Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   if (AtEnd()) return Step::kInputEnd;
   bool negative = false;
   unsigned long long magnitude = 0;
@@ -820,7 +844,7 @@ Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed
 // Up to 19 decimal digits, with no width to watch, cannot overflow: the
 // common integer is read in one tight loop. Returns false, consuming
 // nothing, for anything else.
-bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude) {
+inline bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude) {
   const wchar_t* q = p_;
   *negative = *q == L'-';
   if (*q == L'-' || *q == L'+') ++q;
@@ -834,7 +858,7 @@ bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude) {
   return true;
 }
 
-Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
                            unsigned long long magnitude, bool overflow) {
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
@@ -940,7 +964,7 @@ constexpr double kTenths[] = {1e0,  1e-1, 1e-2, 1e-3, 1e-4, 1e-5,
 //
 // Returns false, consuming and storing nothing, for anything else
 // (exponents, hexadecimal, long mantissas, a long double).
-bool Scanner::PlainDecimal(const ScanSpec& spec) {
+inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
   const wchar_t* q = p_;
   bool negative = *q == L'-';
   if (*q == L'-' || *q == L'+') ++q;
@@ -1044,19 +1068,11 @@ bool InSet(wchar_t c, const wchar_t* set, const wchar_t* set_end) {
   return false;
 }
 
-Step Scanner::ScanSet(const ScanSpec& spec, const wchar_t** f) {
-  const wchar_t* set = *f;
-  bool negate = *set == L'^';
-  if (negate) ++set;
-  const wchar_t* set_end = set;
-  if (*set_end == L']') ++set_end;  // a ']' first is a member
-  while (*set_end != 0 && *set_end != L']') ++set_end;
-  if (*set_end == 0) return Step::kMismatch;
-  *f = set_end + 1;
+Step Scanner::ScanSet(const ScanSpec& spec) {
   if (AtEnd()) return Step::kInputEnd;
   const wchar_t* start = p_;
   int width = spec.width;
-  while (width != 0 && !AtEnd() && InSet(*p_, set, set_end) != negate) Take(&width);
+  while (width != 0 && !AtEnd() && InSet(*p_, spec.set, spec.set_end) != spec.negate) Take(&width);
   if (p_ == start) return Step::kMismatch;
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
