@@ -687,22 +687,27 @@ const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
 
 class Scanner {
  public:
-  Scanner(std::wstring_view input, const ScanArg* begin, const ScanArg* end)
-      : p_(input.data()), end_(input.data() + input.size()), next_(begin), last_(end) {}
+  // A null `end` scans up to the terminating zero.
+  Scanner(const wchar_t* input, const wchar_t* end, const ScanArg* begin, const ScanArg* last)
+      : p_(input), end_(end), next_(begin), last_(last) {}
 
   int Run(const wchar_t* f);
 
  private:
   void SkipSpace() {
     const wchar_t* p = p_;  // in a register, not in the object
-    while (p < end_ && IsSpace(*p)) ++p;
+    while (p != end_ && IsSpace(*p)) ++p;
     p_ = p;
   }
-  bool AtEnd() const { return p_ == end_; }
+  // Loops that stop at any character outside a class (digits, blanks) need
+  // only compare with end_: the terminating zero is in no class.
+  bool Ends(const wchar_t* q) const { return q == end_ || (end_ == nullptr && *q == 0); }
+  bool AtEnd() const { return Ends(p_); }
   // Takes one character within the field width.
   bool Take(int* width) {
     if (*width > 0) --*width;
-    return ++p_ != end_;
+    ++p_;
+    return !AtEnd();
   }
 
   Step Convert(const ScanSpec& spec);
@@ -849,10 +854,11 @@ inline bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude)
   *negative = *q == L'-';
   if (*q == L'-' || *q == L'+') ++q;
   const wchar_t* digits = q;
-  const wchar_t* stop = digits + std::min<ptrdiff_t>(end_ - digits, 19);
   unsigned long long m = 0;
-  for (unsigned d; q < stop && (d = DecimalDigit(*q)) < 10; ++q) m = m * 10 + d;
-  if (q == digits || (q < end_ && DecimalDigit(*q) < 10)) return false;
+  for (unsigned d; q != end_ && q - digits < 19 && (d = DecimalDigit(*q)) < 10; ++q) {
+    m = m * 10 + d;
+  }
+  if (q == digits || (q != end_ && DecimalDigit(*q) < 10)) return false;
   *magnitude = m;
   p_ = q;
   return true;
@@ -973,7 +979,7 @@ inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
   int decimals = 0;
   bool any_digit = false;
   bool point = false;
-  for (; q < end_; ++q) {
+  for (; q != end_; ++q) {
     unsigned d = DecimalDigit(*q);
     if (d < 10) {
       any_digit = true;
@@ -988,7 +994,7 @@ inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
     }
   }
   if (!any_digit || significant > 19) return false;
-  if (q < end_ && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return false;
+  if (q != end_ && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return false;
   if (!spec.suppress) {
     if (next_ == last_) return false;
     ScanArg::Kind kind = next_->kind();
@@ -1096,7 +1102,13 @@ void AppendFormatArgs(std::wstring& out, const wchar_t* format,
 }
 
 int ScanArgs(std::wstring_view input, const wchar_t* format, std::initializer_list<ScanArg> args) {
-  return Scanner(input, args.begin(), args.end()).Run(format);
+  // An empty view may have no data at all; a null end would then read it.
+  const wchar_t* begin = input.empty() ? L"" : input.data();
+  return Scanner(begin, begin + input.size(), args.begin(), args.end()).Run(format);
+}
+
+int ScanArgs(const wchar_t* input, const wchar_t* format, std::initializer_list<ScanArg> args) {
+  return Scanner(input, nullptr, args.begin(), args.end()).Run(format);
 }
 
 }  // namespace korvo

@@ -113,10 +113,19 @@ class ScanArg {
 KORVO_EXPORT int ScanArgs(std::wstring_view input, const wchar_t* format,
                           std::initializer_list<ScanArg> args);
 
+// The same for a zero-terminated `input`, which is not measured first.
+KORVO_EXPORT int ScanArgs(const wchar_t* input, const wchar_t* format,
+                          std::initializer_list<ScanArg> args);
+
 // Scan(line, L"%f %d %lf", &a, &b, &c). A fixed text array is passed as
 // &array, so that its capacity is known.
 template <class... Ptrs>
 int Scan(std::wstring_view input, const wchar_t* format, Ptrs... ptrs) {
+  return ScanArgs(input, format, {ScanArg(ptrs)...});
+}
+
+template <class... Ptrs>
+int Scan(const wchar_t* input, const wchar_t* format, Ptrs... ptrs) {
   return ScanArgs(input, format, {ScanArg(ptrs)...});
 }
 
