@@ -685,6 +685,117 @@ const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
   return f + 1;
 }
 
+// Up to 19 decimal digits cannot overflow: the common integer is read in
+// one tight loop. Returns the end of the number, or null for anything else
+// (no digits, more digits).
+const wchar_t* ReadShortDecimal(const wchar_t* q, const wchar_t* end, bool* negative,
+                                unsigned long long* magnitude) {
+  *negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
+  const wchar_t* digits = q;
+  unsigned long long m = 0;
+  for (unsigned d; q != end && q - digits < 19 && (d = DecimalDigit(*q)) < 10; ++q) {
+    m = m * 10 + d;
+  }
+  if (q == digits || (q != end && DecimalDigit(*q) < 10)) return nullptr;
+  *magnitude = m;
+  return q;
+}
+
+// What strtol and strtoll give for a magnitude and sign.
+long long SaturatedSigned(bool negative, unsigned long long magnitude, bool overflow) {
+  if (negative) {
+    return overflow || magnitude > (1ULL << 63) ? LLONG_MIN
+                                                : static_cast<long long>(0 - magnitude);
+  }
+  return overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
+}
+
+// A plain decimal: digits, at most one point, no exponent.
+struct PlainNumber {
+  unsigned long long mantissa = 0;
+  int decimals = 0;
+  bool negative = false;
+};
+
+// Reads a plain decimal ("-12.345", "7", ".5", "5.") of at most 19
+// significant digits. Returns its end, or null where the general path must
+// read the number (no digits, an exponent, hexadecimal, more digits).
+const wchar_t* ReadPlainDecimal(const wchar_t* q, const wchar_t* end, PlainNumber* n) {
+  n->negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
+  unsigned long long mantissa = 0;
+  int significant = 0;  // leading zeros not counted: "0.025" has two
+  int decimals = 0;
+  bool any_digit = false;
+  bool point = false;
+  for (; q != end; ++q) {
+    unsigned d = DecimalDigit(*q);
+    if (d < 10) {
+      any_digit = true;
+      // Wraps only past 19 significant digits, which are refused below.
+      mantissa = mantissa * 10 + d;
+      significant += mantissa != 0;
+      decimals += point;
+    } else if (*q == L'.' && !point) {
+      point = true;
+    } else {
+      break;
+    }
+  }
+  if (!any_digit || significant > 19) return nullptr;
+  if (q != end && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return nullptr;
+  n->mantissa = mantissa;
+  n->decimals = decimals;
+  return q;
+}
+
+// 10^-k rounded to double.
+constexpr double kTenths[] = {1e0,  1e-1, 1e-2, 1e-3, 1e-4, 1e-5,
+                              1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
+
+// Stores a plain decimal whose digits and power of ten are exact doubles:
+// one correctly rounded division gives the value, as the C library's exact
+// conversion would.
+//
+// A float needs no division. With m <= 2^24 and k <= 10, m / 10^k is never
+// a midpoint between two floats and lies at least 2^-48 (relative) from
+// any: a midpoint has 25 significant bits, so the distance is a nonzero
+// multiple of 2^e / 5^k against a value below 2^(e+25). m times 10^-k in
+// double is off by at most 2^-52, so it rounds to the same float.
+//
+// Returns false, storing nothing, for anything else (long mantissas, many
+// decimals, a long double).
+bool StorePlainDecimal(const ScanArg& dest, const PlainNumber& n) {
+  ScanArg::Kind kind = dest.kind();
+  if (kind == ScanArg::kFloat) {
+    if (n.mantissa > (1u << 24) || n.decimals > 10) return false;
+    auto v = static_cast<float>(static_cast<double>(n.mantissa) * kTenths[n.decimals]);
+    *static_cast<float*>(dest.pointer()) = n.negative ? -v : v;
+    return true;
+  }
+  if (n.mantissa > (1ULL << 53) || n.decimals > 22) return false;
+  if (kind == ScanArg::kLongDouble || !IsNumberKind(kind)) return false;
+  double v = static_cast<double>(n.mantissa) / kPowersOfTen[n.decimals];
+  StoreNumber(dest, n.negative ? -v : v);
+  return true;
+}
+
+// Whether the destination is the integer type that the length modifier
+// names, so that a plain integer store is what the C library would do.
+bool IsIntegerOfLength(ScanArg::Kind kind, Length length) {
+  switch (length) {
+    case Length::kNone:
+      return kind == ScanArg::kInt;
+    case Length::kLong:
+      return kind == ScanArg::kLong;
+    case Length::kShort:
+      return kind == ScanArg::kShort;
+    default:
+      return false;
+  }
+}
+
 class Scanner {
  public:
   // A null `end` scans up to the terminating zero.
@@ -718,7 +829,7 @@ class Scanner {
   Step ScanSet(const ScanSpec& spec);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
   Step ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed);
-  bool ShortDecimal(bool* negative, unsigned long long* magnitude);
+  const wchar_t* RunCommon(const wchar_t* f);
   Step StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
                     unsigned long long magnitude, bool overflow);
   bool PlainDecimal(const ScanSpec& spec);
@@ -737,7 +848,56 @@ class Scanner {
   int done_ = 0;
 };
 
+// "%d", "%ld", "%hd", "%f" and "%lf" into their own types, and single
+// blanks between them: the conversions of a data row, taken in one loop
+// that keeps the position in a register. Stops at the first directive it
+// does not take or number it cannot read, leaving the scanner's state for
+// Run to go on from there.
+const wchar_t* Scanner::RunCommon(const wchar_t* f) {
+  const wchar_t* p = p_;
+  const ScanArg* next = next_;
+  int done = done_;
+  for (;;) {
+    if (*f == L' ') {
+      while (p != end_ && IsSpace(*p)) ++p;
+      ++f;
+      continue;
+    }
+    if (*f != L'%' || next == last_) break;
+    Length length = Length::kNone;
+    const wchar_t* conv = f + 1;
+    if (*conv == L'l' || *conv == L'h') length = LengthLetter(*conv++);
+    const wchar_t* q = p;
+    while (q != end_ && IsSpace(*q)) ++q;
+    if (Ends(q)) break;
+    if (*conv == L'd' && IsIntegerOfLength(next->kind(), length)) {
+      bool negative;
+      unsigned long long magnitude;
+      q = ReadShortDecimal(q, end_, &negative, &magnitude);
+      if (q == nullptr) break;
+      StoreNumber(*next, NarrowSigned(SaturatedSigned(negative, magnitude, false), length));
+    } else if (*conv == L'f' && length != Length::kShort) {
+      PlainNumber n;
+      q = ReadPlainDecimal(q, end_, &n);
+      bool right_type = next->kind() == (length == Length::kLong ? ScanArg::kDouble
+                                                                 : ScanArg::kFloat);
+      if (q == nullptr || !right_type || !StorePlainDecimal(*next, n)) break;
+    } else {
+      break;
+    }
+    p = q;
+    ++next;
+    ++done;
+    f = conv + 1;
+  }
+  p_ = p;
+  next_ = next;
+  done_ = done;
+  return f;
+}
+
 int Scanner::Run(const wchar_t* f) {
+  f = RunCommon(f);
   for (wchar_t c = *f; c != 0; c = *f) {
     if (c == L'%' && f[1] != L'%') {
       ScanSpec spec;
@@ -805,8 +965,11 @@ inline Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_si
   if (AtEnd()) return Step::kInputEnd;
   bool negative = false;
   unsigned long long magnitude = 0;
-  if (base == 10 && spec.width < 0 && ShortDecimal(&negative, &magnitude)) {
-    return StoreInteger(spec, is_signed, negative, magnitude, false);
+  if (base == 10 && spec.width < 0) {
+    if (const wchar_t* q = ReadShortDecimal(p_, end_, &negative, &magnitude)) {
+      p_ = q;
+      return StoreInteger(spec, is_signed, negative, magnitude, false);
+    }
   }
   return ScanAnyInteger(spec, base, is_signed);
 }
@@ -846,24 +1009,6 @@ Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed
   return StoreInteger(spec, is_signed, negative, magnitude, overflow);
 }
 
-// Up to 19 decimal digits, with no width to watch, cannot overflow: the
-// common integer is read in one tight loop. Returns false, consuming
-// nothing, for anything else.
-inline bool Scanner::ShortDecimal(bool* negative, unsigned long long* magnitude) {
-  const wchar_t* q = p_;
-  *negative = *q == L'-';
-  if (*q == L'-' || *q == L'+') ++q;
-  const wchar_t* digits = q;
-  unsigned long long m = 0;
-  for (unsigned d; q != end_ && q - digits < 19 && (d = DecimalDigit(*q)) < 10; ++q) {
-    m = m * 10 + d;
-  }
-  if (q == digits || (q != end_ && DecimalDigit(*q) < 10)) return false;
-  *magnitude = m;
-  p_ = q;
-  return true;
-}
-
 inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
                            unsigned long long magnitude, bool overflow) {
   if (spec.suppress) return Step::kOk;
@@ -872,13 +1017,7 @@ inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool neg
   // Big numbers saturate, as with strtol and strtoul, and are then cut to
   // the size the length modifier names.
   if (is_signed) {
-    long long v;
-    if (negative) {
-      v = overflow || magnitude > (1ULL << 63) ? LLONG_MIN : static_cast<long long>(0 - magnitude);
-    } else {
-      v = overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
-    }
-    StoreNumber(*dest, NarrowSigned(v, spec.length));
+    StoreNumber(*dest, NarrowSigned(SaturatedSigned(negative, magnitude, overflow), spec.length));
   } else {
     unsigned long long v = overflow ? ULLONG_MAX : negative ? 0 - magnitude : magnitude;
     StoreNumber(*dest, NarrowUnsigned(v, spec.length));
@@ -954,61 +1093,14 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
   return StoreFloat(spec, text, text + n);
 }
 
-// 10^-k rounded to double.
-constexpr double kTenths[] = {1e0,  1e-1, 1e-2, 1e-3, 1e-4, 1e-5,
-                              1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
-
-// Plain decimals ("-12.345", "7", ".5", "5.") whose digits and power of
-// ten are exact doubles: one correctly rounded division gives the value, as
-// the C library's exact conversion would.
-//
-// A float needs no division. With m <= 2^24 and k <= 10, m / 10^k is never
-// a midpoint between two floats and lies at least 2^-48 (relative) from
-// any: a midpoint has 25 significant bits, so the distance is a nonzero
-// multiple of 2^e / 5^k against a value below 2^(e+25). m times 10^-k in
-// double is off by at most 2^-52, so it rounds to the same float.
-//
-// Returns false, consuming and storing nothing, for anything else
-// (exponents, hexadecimal, long mantissas, a long double).
+// Plain decimals in a float or double destination (see PlainDecimal).
+// Returns false, consuming and storing nothing, where they do not apply.
 inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
-  const wchar_t* q = p_;
-  bool negative = *q == L'-';
-  if (*q == L'-' || *q == L'+') ++q;
-  unsigned long long mantissa = 0;
-  int significant = 0;  // leading zeros not counted: "0.025" has two
-  int decimals = 0;
-  bool any_digit = false;
-  bool point = false;
-  for (; q != end_; ++q) {
-    unsigned d = DecimalDigit(*q);
-    if (d < 10) {
-      any_digit = true;
-      // Wraps only past 19 significant digits, which are refused below.
-      mantissa = mantissa * 10 + d;
-      significant += mantissa != 0;
-      decimals += point;
-    } else if (*q == L'.' && !point) {
-      point = true;
-    } else {
-      break;
-    }
-  }
-  if (!any_digit || significant > 19) return false;
-  if (q != end_ && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return false;
-  if (!spec.suppress) {
-    if (next_ == last_) return false;
-    ScanArg::Kind kind = next_->kind();
-    if (kind == ScanArg::kFloat) {
-      if (mantissa > (1u << 24) || decimals > 10) return false;
-      auto v = static_cast<float>(static_cast<double>(mantissa) * kTenths[decimals]);
-      StoreNumber(*Destination(), negative ? -v : v);
-    } else {
-      if (mantissa > (1ULL << 53) || decimals > 22) return false;
-      if (kind == ScanArg::kLongDouble || !IsNumberKind(kind)) return false;
-      double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
-      StoreNumber(*Destination(), negative ? -v : v);
-    }
-  }
+  PlainNumber n;
+  const wchar_t* q = ReadPlainDecimal(p_, end_, &n);
+  if (q == nullptr) return false;
+  if (!spec.suppress && (next_ == last_ || !StorePlainDecimal(*next_, n))) return false;
+  if (!spec.suppress) ++next_;
   p_ = q;
   return true;
 }
