@@ -705,8 +705,7 @@ const wchar_t* ReadShortDecimal(const wchar_t* q, const wchar_t* end, bool* nega
 // What strtol and strtoll give for a magnitude and sign.
 long long SaturatedSigned(bool negative, unsigned long long magnitude, bool overflow) {
   if (negative) {
-    return overflow || magnitude > (1ULL << 63) ? LLONG_MIN
-                                                : static_cast<long long>(0 - magnitude);
+    return overflow || magnitude > (1ULL << 63) ? LLONG_MIN : static_cast<long long>(0 - magnitude);
   }
   return overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
 }
@@ -751,8 +750,7 @@ const wchar_t* ReadPlainDecimal(const wchar_t* q, const wchar_t* end, PlainNumbe
 }
 
 // 10^-k rounded to double.
-constexpr double kTenths[] = {1e0,  1e-1, 1e-2, 1e-3, 1e-4, 1e-5,
-                              1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
+constexpr double kTenths[] = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
 
 // Stores a plain decimal whose digits and power of ten are exact doubles:
 // one correctly rounded division gives the value, as the C library's exact
@@ -879,8 +877,8 @@ const wchar_t* Scanner::RunCommon(const wchar_t* f) {
     } else if (*conv == L'f' && length != Length::kShort) {
       PlainNumber n;
       q = ReadPlainDecimal(q, end_, &n);
-      bool right_type = next->kind() == (length == Length::kLong ? ScanArg::kDouble
-                                                                 : ScanArg::kFloat);
+      bool right_type =
+          next->kind() == (length == Length::kLong ? ScanArg::kDouble : ScanArg::kFloat);
       if (q == nullptr || !right_type || !StorePlainDecimal(*next, n)) break;
     } else {
       break;
@@ -1010,7 +1008,7 @@ Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed
 }
 
 inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
-                           unsigned long long magnitude, bool overflow) {
+                                  unsigned long long magnitude, bool overflow) {
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;

@@ -80,8 +80,21 @@ std::wstring Format(const wchar_t* format, const Args&... args) {
 // (where the C library would overrun).
 class ScanArg {
  public:
-  enum Kind { kShort, kInt, kLong, kLongLong, kUShort, kUInt, kULong, kULongLong, kFloat,
-              kDouble, kLongDouble, kChars, kWString };
+  enum Kind {
+    kShort,
+    kInt,
+    kLong,
+    kLongLong,
+    kUShort,
+    kUInt,
+    kULong,
+    kULongLong,
+    kFloat,
+    kDouble,
+    kLongDouble,
+    kChars,
+    kWString
+  };
 
   ScanArg(short* p) : kind_(kShort), p_(p) {}
   ScanArg(int* p) : kind_(kInt), p_(p) {}
