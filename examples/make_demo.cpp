@@ -1,0 +1,356 @@
+// Makes the example project: a database, a dozen investigation points on a
+// building site in Uppsala (SWEREF 99 TM, heights in RH 2000) and Info.prj.
+// Every sounding is generated from the point's soil profile with a fixed
+// pseudo-random sequence, so the rows look like field data and the numbers
+// come out the same at every run; only the GUIDs are new each time.
+//
+//   korvo-make-demo DIR      DIR must not hold a project database yet
+#include <korvo/korvo.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+enum class Soil { kFill, kDryCrust, kClay, kSilt, kSand, kTill };
+
+// One layer of a profile: its soil down to `bottom` metres below ground, and
+// the remark that its first row carries, codes first.
+struct Layer {
+  Soil soil;
+  double bottom;
+  const wchar_t* remark;
+};
+
+enum Method : unsigned {
+  kDreie = 1,
+  kEnkel = 2,
+  kDtrykk = 4,
+  kRam = 8,
+  kTlk = 16,
+};
+
+struct PointSpec {
+  const wchar_t* id;
+  double x, y, z;  // northing, easting, ground level
+  double inclination;
+  const wchar_t* date;
+  unsigned methods;
+  std::vector<Layer> layers;  // the last bottom is where every sounding stopped
+  int stop;
+  const wchar_t* stop_text;
+  const wchar_t* stop_remark;
+  std::vector<const wchar_t*> texts;
+};
+
+// A fixed sequence, so that the demo is the same at every run.
+class Sequence {
+ public:
+  explicit Sequence(uint32_t seed) : state_(seed) {}
+  // A whole number from `low` to `high`.
+  int Between(int low, int high) {
+    state_ = state_ * 1664525u + 1013904223u;
+    return low + static_cast<int>((state_ >> 8) % static_cast<uint32_t>(high - low + 1));
+  }
+
+ private:
+  uint32_t state_;
+};
+
+template <size_t N>
+void Put(wchar_t (&field)[N], const wchar_t* text) {
+  size_t i = 0;
+  for (; text != nullptr && text[i] != L'\0' && i + 1 < N; ++i) field[i] = text[i];
+  field[i] = L'\0';
+}
+
+const Layer& LayerAt(const PointSpec& p, double depth) {
+  for (const Layer& l : p.layers) {
+    if (depth <= l.bottom + 1e-6) return l;
+  }
+  return p.layers.back();
+}
+
+// The remark of the row at `depth`: the layer's own at its first row, the
+// stop remark at the last.
+const wchar_t* RemarkAt(const PointSpec& p, double depth, double step) {
+  if (depth >= p.layers.back().bottom - 1e-6) return p.stop_remark;
+  const Layer& l = LayerAt(p, depth);
+  const double top = &l == &p.layers.front() ? 0.0 : (&l - 1)->bottom;
+  return depth - top <= step + 1e-6 ? l.remark : L"";
+}
+
+// Walks the profile in steps of `step` metres down to the stop.
+template <class Visit>
+void Walk(const PointSpec& p, double step, Visit visit) {
+  const int n = static_cast<int>(std::lround(p.layers.back().bottom / step));
+  for (int i = 1; i <= n; ++i) {
+    const double depth = i * step;
+    visit(static_cast<float>(depth), LayerAt(p, depth).soil, RemarkAt(p, depth, step));
+  }
+}
+
+template <class Block>
+void Head(Block& b, const PointSpec& p) {
+  Put(b.datum, p.date);
+  b.stopp = p.stop;
+  Put(b.stopptext, p.stop_text);
+}
+
+// Weight sounding: half-turns per 0.2 m under 100 kg, or sinking ("SL")
+// where the clay gives way under the load alone.
+void AddDreie(CKorvoDreie& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    dreietype row{};
+    row.djup = depth;
+    switch (soil) {
+      case Soil::kClay:
+        row.varv = -1;
+        Put(row.vikt, L"SL");
+        break;
+      case Soil::kFill:
+        row.varv = s.Between(8, 30);
+        Put(row.vikt, L"100");
+        break;
+      case Soil::kDryCrust:
+        row.varv = s.Between(2, 9);
+        Put(row.vikt, L"100");
+        break;
+      case Soil::kSilt:
+        row.varv = s.Between(1, 6);
+        Put(row.vikt, L"75");
+        break;
+      case Soil::kSand:
+        row.varv = s.Between(12, 35);
+        Put(row.vikt, L"100");
+        break;
+      case Soil::kTill:
+        row.varv = s.Between(40, 120);
+        Put(row.vikt, L"100");
+        break;
+    }
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
+// Blows or turns per 0.2 m, by soil: the shared scale of the simple and the
+// rotary pressure sounding.
+int Count(Soil soil, Sequence& s) {
+  switch (soil) {
+    case Soil::kFill:
+      return s.Between(6, 20);
+    case Soil::kDryCrust:
+      return s.Between(3, 8);
+    case Soil::kClay:
+      return s.Between(0, 2);
+    case Soil::kSilt:
+      return s.Between(2, 5);
+    case Soil::kSand:
+      return s.Between(10, 28);
+    case Soil::kTill:
+      return s.Between(30, 90);
+  }
+  return 0;
+}
+
+template <class Block, class Row>
+void AddCounts(Block& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    Row row{};
+    row.djup = depth;
+    row.varv = Count(soil, s);
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
+// Ram sounding: blows per 0.2 m and the torque after them.
+void AddRam(CKorvoRam& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    ramsondtype row{};
+    row.djup = depth;
+    row.tal1 = std::max(1, Count(soil, s) / 2);
+    row.tal2 = s.Between(0, 2) + static_cast<int>(depth / 2);
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
+const wchar_t* OldName(Soil soil) {
+  switch (soil) {
+    case Soil::kFill:
+      return L"fyllning";
+    case Soil::kDryCrust:
+      return L"torrskorpa";
+    case Soil::kClay:
+      return L"lera";
+    case Soil::kSilt:
+      return L"silt";
+    case Soil::kSand:
+      return L"sand";
+    case Soil::kTill:
+      return L"moraen";
+  }
+  return L"X";
+}
+
+// The interpretation: one row per layer at the level of its top, from the
+// sounding; the ground water stands 1.5 m below ground.
+void AddTlk(CKorvoTlk& t, const PointSpec& p) {
+  t.hargvy = 1;
+  t.gvy = static_cast<float>(p.z - 1.5);
+  double top = 0.0;
+  for (const Layer& l : p.layers) {
+    matetype row{};
+    Put(row.namn, OldName(l.soil));
+    row.niva = static_cast<float>(p.z - top);
+    row.kalla = 2;
+    t.Ny(1, &row);
+    top = l.bottom;
+  }
+}
+
+void WritePoint(CProjPath& proj, CKorvoDbs& dbs, const PointSpec& p, uint32_t seed) {
+  CKorvoSnd snd(&proj, &dbs);
+  Put(snd.id, p.id);
+  snd.x = p.x;
+  snd.y = p.y;
+  snd.z = p.z;
+  snd.sek = CKorvoSnd::Seknoll;
+  snd.avst = 0.0;
+  snd.lutning = p.inclination;
+  std::wstring* texts[4] = {&snd.text1, &snd.text2, &snd.text3, &snd.text4};
+  for (size_t i = 0; i < p.texts.size() && i < 4; ++i) *texts[i] = p.texts[i];
+  Sequence s(seed);
+  if ((p.methods & kDreie) && snd.New(21)) AddDreie(*snd.m_dreie, p, s);
+  if ((p.methods & kEnkel) && snd.New(22)) AddCounts<CKorvoEnkel, enktype>(*snd.m_enkel, p, s);
+  if ((p.methods & kDtrykk) && snd.New(23)) {
+    AddCounts<CKorvoDtrykk, dtrykktype>(*snd.m_dtrykk, p, s);
+  }
+  if ((p.methods & kRam) && snd.New(24)) AddRam(*snd.m_ram, p, s);
+  if ((p.methods & kTlk) && snd.New(60)) AddTlk(*snd.m_tlk, p);
+  snd.Uppdat(p.id, nullptr);
+}
+
+// A clay plain over till: the common profile of the site.
+std::vector<Layer> ClayOverTill(double fill, double crust, double clay, double till) {
+  return {{Soil::kFill, fill, L"FY grus och sand"},
+          {Soil::kDryCrust, crust, L"TØ LE gråbrun, fast"},
+          {Soil::kClay, clay, L"LE grå, lös, sulfidfläckig"},
+          {Soil::kTill, till, L"MO SA GR stenig"}};
+}
+
+std::vector<PointSpec> Points() {
+  const wchar_t* client = L"Beställare: Uppsala kommun";
+  return {
+      {L"101", 6638712.430, 647418.250, 10.42, 90.0, L"12.05.2025", kDreie | kTlk,
+       ClayOverTill(0.6, 1.8, 9.4, 11.2), 91, L"Sten", L"ST stopp mot sten", {
+           L"Kv. Kvarnen 3, nordvästra hörnet", L"Asfalt 0,1 m", L"", client}},
+      {L"102", 6638731.880, 647446.910, 10.57, 90.0, L"12.05.2025", kDreie | kRam,
+       ClayOverTill(0.8, 2.0, 10.2, 12.4), 93, L"Fast", L"MO fast botten", {}},
+      {L"103", 6638748.120, 647472.340, 10.81, 90.0, L"13.05.2025", kEnkel,
+       ClayOverTill(0.4, 1.6, 8.6, 9.8), 91, L"Sten", L"ST sten eller block", {}},
+      {L"104", 6638690.550, 647455.700, 10.18, 90.0, L"13.05.2025", kDtrykk | kTlk,
+       ClayOverTill(0.5, 2.2, 11.6, 13.0), 93, L"Fast", L"MO fast, stopp", {
+           L"Vid befintlig ledningsgrav", L"Grundvattenrör planerat"}},
+      {L"105", 6638672.010, 647430.160, 9.96, 90.0, L"13.05.2025", kRam,
+       {{Soil::kFill, 1.2, L"FY sprängsten, grus"},
+        {Soil::kClay, 7.8, L"LE grå, lös"},
+        {Soil::kSilt, 9.0, L"SI lerig, vattenmättad"},
+        {Soil::kTill, 11.6, L"MO sandig, stenig"}},
+       91, L"Sten", L"ST stopp mot block", {}},
+      {L"106", 6638705.770, 647489.030, 10.63, 90.0, L"14.05.2025", kDreie | kDtrykk,
+       ClayOverTill(0.7, 1.9, 10.8, 12.2), 93, L"Fast", L"MO fast botten", {}},
+      {L"107", 6638766.300, 647431.480, 10.94, 90.0, L"14.05.2025", kEnkel | kRam | kTlk,
+       {{Soil::kFill, 0.5, L"FY grus"},
+        {Soil::kDryCrust, 1.4, L"TØ LE brun, torr"},
+        {Soil::kClay, 6.2, L"LE grå, halvfast"},
+        {Soil::kSand, 8.4, L"SA grå, vattenförande"},
+        {Soil::kTill, 10.0, L"MO grusig"}},
+       93, L"Fast", L"MO fast, ej genomslagen", {L"Mot Åsgatan, gångbana"}},
+      {L"108", 6638655.940, 647468.820, 9.88, 80.0, L"14.05.2025", kDreie,
+       ClayOverTill(0.6, 1.5, 12.1, 13.4), 91, L"Sten", L"ST stopp, lutande borrning", {
+           L"Snedborrning under befintlig byggnad", L"Lutning 80°", L"", client}},
+      {L"109", 6638781.660, 647458.120, 11.06, 90.0, L"15.05.2025", kDtrykk,
+       ClayOverTill(0.3, 1.2, 5.4, 7.0), 93, L"Fast", L"MO fast botten", {}},
+      {L"110", 6638724.180, 647503.550, 10.71, 90.0, L"15.05.2025", kEnkel | kRam,
+       ClayOverTill(0.6, 1.7, 9.9, 11.0), 91, L"Sten", L"ST sten", {L"Söder om pumpstationen"}},
+      {L"GV1", 6638698.400, 647412.900, 10.35, 90.0, L"15.05.2025", kDreie | kTlk,
+       {{Soil::kFill, 0.9, L"FY grus, tegelrester"},
+        {Soil::kDryCrust, 2.1, L"TØ LE gråbrun"},
+        {Soil::kClay, 8.8, L"LE grå, lös, skikt av silt"},
+        {Soil::kSand, 10.4, L"SA GV vattenförande"},
+        {Soil::kTill, 12.0, L"MO stenig"}},
+       91, L"Sten", L"ST stopp mot sten", {L"Blivande grundvattenrör, filter i sand"}},
+      {L"KS1", 6638742.900, 647425.600, 10.66, 90.0, L"16.05.2025", kDreie | kEnkel,
+       ClayOverTill(0.5, 1.6, 9.0, 10.6), 93, L"Fast", L"MO fast", {
+           L"Kontrollsondering vid 101"}},
+  };
+}
+
+void FillHeader(korvoprjdattype& h) {
+  Put(h.Prjnamn, L"Kv. Kvarnen 3, Uppsala");
+  Put(h.Uppdnr, L"2025-0142");
+  Put(h.Uppdnamn, L"Nybyggnad flerbostadshus");
+  Put(h.Datum, L"16.05.2025");
+  Put(h.Rad1, L"Geotekniska undersökningar");
+  Put(h.Rad2, L"Fältarbete maj 2025");
+  Put(h.Handl, L"Anna Lindqvist");
+  Put(h.Ritare, L"Erik Sjöberg");
+  Put(h.Ksyst, L"RAK");
+  h.avskilj = L'+';
+}
+
+void WriteInfoPrj(CProjPath& proj) {
+  CInfoPrj info(&proj);
+  info.foretag = L"Geoteknik i Uppland AB";
+  info.dokument = L"Rapporter\\PM Geoteknik Kv Kvarnen 3.pdf";
+  info.textrad[0] = L"Markteknisk undersökningsrapport";
+  info.textrad[1] = L"Nybyggnad av flerbostadshus, Kv. Kvarnen 3";
+  info.textrad[2] = L"Höjder i RH 2000, koordinater i SWEREF 99 TM";
+  info.latmin = 59.856890;
+  info.latmax = 59.858120;
+  info.lonmin = 17.631470;
+  info.lonmax = 17.633220;
+  info.latmedel = (info.latmin + info.latmax) / 2;
+  info.lonmedel = (info.lonmin + info.lonmax) / 2;
+  info.ksyst = 0;  // SWEREF 99 TM
+  info.hsyst = 0;  // RH 2000
+  info.ksysttext = L"SWEREF 99 TM";
+  info.hsysttext = L"RH 2000";
+  info.transrad[0] = L"Inmätt med GNSS (NRTK), Swepos";
+  info.Uppdat();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: korvo-make-demo DIR\n");
+    return 2;
+  }
+  const std::filesystem::path dir = argv[1];
+  std::filesystem::create_directories(dir / "Dbf");
+  CProjPath proj;
+  proj.SetPath(dir.wstring().c_str());
+  CKorvoDbs dbs(&proj);
+  FillHeader(dbs.prjdat);
+  if (dbs.Init(0, 1, nullptr, nullptr) != 0) {
+    std::fprintf(stderr, "korvo-make-demo: cannot make a database in %s\n", argv[1]);
+    return 1;
+  }
+  // Each point's record goes behind the header as the point is saved.
+  uint32_t seed = 2025;
+  for (const PointSpec& p : Points()) WritePoint(proj, dbs, p, seed++);
+  WriteInfoPrj(proj);
+  std::printf("korvo-make-demo: %zu points in %s\n", Points().size(), argv[1]);
+  return 0;
+}
