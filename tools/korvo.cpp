@@ -81,6 +81,7 @@ class Program {
 
   int Run(int argc, char** argv) {
     try {
+      RejectUnknownCommand(argc, argv);
       app_.parse(argc, argv);
     } catch (const CLI::CallForHelp& e) {
       return app_.exit(e);
@@ -108,6 +109,17 @@ class Program {
   }
 
  private:
+  // A word where the command belongs is named as such, rather than reported
+  // as a missing command.
+  void RejectUnknownCommand(int argc, char** argv) {
+    if (argc < 2 || argv[1][0] == '-') return;
+    try {
+      app_.get_subcommand(argv[1]);
+    } catch (const CLI::OptionNotFound&) {
+      throw CLI::ExtrasError("unknown command " + std::string(argv[1]), CLI::ExitCodes::ExtrasError);
+    }
+  }
+
   CLI::App* Command(const char* name, const char* help, bool prints_data) {
     CLI::App* sub = app_.add_subcommand(name, help);
     sub->add_option("DIR", dir_, "the project directory")->required();

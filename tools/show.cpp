@@ -10,6 +10,10 @@
 namespace korvo::cli {
 namespace {
 
+// Row keys left to the JSON: the code's symbol is a glyph of a map font,
+// and the old name repeats the material.
+bool JsonOnly(const std::string& key) { return key == "symbol" || key == "name"; }
+
 // Decimals of the number columns in the plain form; whole numbers otherwise.
 const std::map<std::string, int>& Decimals() {
   static const std::map<std::string, int> decimals = {
@@ -187,7 +191,9 @@ void Table(std::string& out, const Json& rows) {
     return;
   }
   std::vector<std::string> keys;
-  for (const auto& item : rows[0].items()) keys.push_back(item.key());
+  for (const auto& item : rows[0].items()) {
+    if (!JsonOnly(item.key())) keys.push_back(item.key());
+  }
   std::vector<size_t> width(keys.size(), 0);
   std::vector<bool> numeric(keys.size(), false);
   for (size_t k = 0; k < keys.size(); ++k) {
