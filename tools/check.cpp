@@ -37,8 +37,8 @@ State Capture(CKorvoDbs& dbs) {
 }
 
 void CompareCount(std::vector<std::string>& changes, const char* what, int from, int to) {
-  if (from != to) changes.push_back(std::string(what) + " " + std::to_string(from) + " -> " +
-                                    std::to_string(to));
+  if (from != to)
+    changes.push_back(std::string(what) + " " + std::to_string(from) + " -> " + std::to_string(to));
 }
 
 // The header's counts against `listed`: what reading for writing corrects.
@@ -55,7 +55,8 @@ std::string CountRepair(const korvoprjdattype& h, const Tally& listed) {
 
 std::string PackRepair(int deleted) {
   if (deleted <= 0) return "";
-  return "packed " + std::to_string(deleted) + (deleted == 1 ? " deleted record" : " deleted records");
+  return "packed " + std::to_string(deleted) +
+         (deleted == 1 ? " deleted record" : " deleted records");
 }
 
 void AddIfAny(Json& list, const std::string& text) {

@@ -30,7 +30,9 @@ std::string GuidText(const korvoprjdattype& h) {
   return buf;
 }
 
-Json Range(double low, double high) { return Json::array({Rounded(low, 3), Rounded(high, 3)}); }
+Json Range(double low, double high) {
+  return Json::array({Rounded(low, 3), Rounded(high, 3)});
+}
 
 template <size_t N>
 void AddIfSet(Json& lines, const wchar_t (&field)[N]) {
@@ -52,8 +54,8 @@ Json HeaderJson(CKorvoDbs& dbs) {
   project["designer"] = FieldText(h.Handl);
   project["drawings"] = FieldText(h.Ritare);
   project["coordinates"] = FieldText(h.Ksyst);
-  project["separator"] = h.avskilj != 0 ? Utf8(std::wstring(1, static_cast<wchar_t>(h.avskilj)))
-                                        : std::string();
+  project["separator"] =
+      h.avskilj != 0 ? Utf8(std::wstring(1, static_cast<wchar_t>(h.avskilj))) : std::string();
   return project;
 }
 
@@ -115,9 +117,8 @@ Json InfoPrjJson(Project& project) {
   }
   j["text"] = lines;
   const bool known_plane = info.ksyst >= 0 && info.ksyst <= CTransformation::SIZE;
-  j["plane_system"] =
-      SystemJson(info.ksyst, CInfoPrj::EPGSsystem(info.ksyst),
-                 known_plane ? CTransformation::defSystem[info.ksyst] : nullptr);
+  j["plane_system"] = SystemJson(info.ksyst, CInfoPrj::EPGSsystem(info.ksyst),
+                                 known_plane ? CTransformation::defSystem[info.ksyst] : nullptr);
   const bool known_height = info.hsyst >= 0 && info.hsyst <= CTransformation::SIZEHEIGHT;
   j["height_system"] =
       SystemJson(info.hsyst, CInfoPrj::EPGSsystemHeight(info.hsyst),
@@ -163,8 +164,8 @@ void InfoPrjText(std::string& out, const Json& i) {
   Line(out, "", i["height_remark"]);
   Line(out, "Latitude", RangeText(i["latitude"], 6));
   Line(out, "Longitude", RangeText(i["longitude"], 6));
-  Line(out, "Centre", Fixed(i["centre"][0].get<double>(), 6) + ", " +
-                          Fixed(i["centre"][1].get<double>(), 6));
+  Line(out, "Centre",
+       Fixed(i["centre"][0].get<double>(), 6) + ", " + Fixed(i["centre"][1].get<double>(), 6));
   for (const Json& t : i["transformation"]) Line(out, "Transform", t);
 }
 
@@ -195,9 +196,9 @@ std::string InfoText(const Json& data) {
   Line(out, "Coordinates", p["coordinates"]);
   Line(out, "Separator", p["separator"]);
   out += '\n';
-  Line(out, "Database", d["file"].get<std::string>() + ", version " +
-                            d["version"].get<std::string>() + ", " +
-                            std::to_string(d["record_size"].get<int>()) + "-byte records");
+  Line(out, "Database",
+       d["file"].get<std::string>() + ", version " + d["version"].get<std::string>() + ", " +
+           std::to_string(d["record_size"].get<int>()) + "-byte records");
   Line(out, "Update number", std::to_string(d["update_number"].get<int>()));
   Line(out, "GUID", d["guid"].is_null() ? "none" : d["guid"].get<std::string>());
   std::string counts = std::to_string(c["points"].get<int>()) + " points: ";
@@ -208,8 +209,9 @@ std::string InfoText(const Json& data) {
   counts += std::to_string(c["environmental"].get<int>()) + " with environmental data";
   Line(out, "Counts", counts);
   if (c["lines"].get<int>() + c["slabs"].get<int>() > 0) {
-    Line(out, "", std::to_string(c["lines"].get<int>()) + " lines, " +
-                      std::to_string(c["slabs"].get<int>()) + " slab measurements");
+    Line(out, "",
+         std::to_string(c["lines"].get<int>()) + " lines, " +
+             std::to_string(c["slabs"].get<int>()) + " slab measurements");
   }
   if (c["deleted"].get<int>() > 0) {
     Line(out, "Deleted", std::to_string(c["deleted"].get<int>()) + " records to pack");

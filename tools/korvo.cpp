@@ -68,7 +68,8 @@ class Program {
   Program() : app_("Investigation points of a project directory: list, show, check.") {
     app_.require_subcommand(1);
     app_.fallthrough();
-    auto* answer = app_.add_option_group("answers", "how questions are answered without a terminal");
+    auto* answer =
+        app_.add_option_group("answers", "how questions are answered without a terminal");
     auto* yes = answer->add_flag("--yes,-y", yes_, "answer yes to the library's questions");
     auto* no = answer->add_flag("--no,-n", no_, "answer no (the default)");
     yes->excludes(no);
@@ -116,7 +117,8 @@ class Program {
     try {
       app_.get_subcommand(argv[1]);
     } catch (const CLI::OptionNotFound&) {
-      throw CLI::ExtrasError("unknown command " + std::string(argv[1]), CLI::ExitCodes::ExtrasError);
+      throw CLI::ExtrasError("unknown command " + std::string(argv[1]),
+                             CLI::ExitCodes::ExtrasError);
     }
   }
 
@@ -157,8 +159,10 @@ class Program {
   }
 
   void AddShow() {
-    CLI::App* sub = Command("show", "one point: its head, every block with its rows, the "
-                            "interpretation", true);
+    CLI::App* sub = Command("show",
+                            "one point: its head, every block with its rows, the "
+                            "interpretation",
+                            true);
     sub->add_option("ID", id_, "the point's name")->required();
     sub->callback([this] {
       run_ = [this](korvo::cli::Terminal& t) {
@@ -169,8 +173,8 @@ class Program {
   }
 
   void AddNew() {
-    CLI::App* sub = Command("new", "a new project database (the directory is made if needed)",
-                            true);
+    CLI::App* sub =
+        Command("new", "a new project database (the directory is made if needed)", true);
     sub->add_option("--name", name_, "name of the project");
     sub->add_option("--number", number_, "number of the assignment");
     sub->add_option("--contractor", contractor_, "name of the assignment");
@@ -191,8 +195,10 @@ class Program {
   }
 
   void AddCheck() {
-    CLI::App* sub = Command("check", "open the database for writing, which repairs and packs it, "
-                            "and say what was repaired", true);
+    CLI::App* sub = Command("check",
+                            "open the database for writing, which repairs and packs it, "
+                            "and say what was repaired",
+                            true);
     sub->add_flag("--dry-run", dry_run_, "read only: say what would be repaired, change nothing");
     sub->callback([this] {
       run_ = [this](korvo::cli::Terminal& t) {
@@ -217,4 +223,6 @@ class Program {
 
 }  // namespace
 
-int main(int argc, char** argv) { return Program().Run(argc, argv); }
+int main(int argc, char** argv) {
+  return Program().Run(argc, argv);
+}

@@ -60,9 +60,7 @@ int32_t I32At(const std::string& b, size_t at) {
 class KorvoProgram : public ::testing::Test {
  protected:
   // A copy of the example project as "demo" in the test's directory.
-  void SetUp() override {
-    fs::copy(KORVO_DEMO_DIR, Demo(), fs::copy_options::recursive);
-  }
+  void SetUp() override { fs::copy(KORVO_DEMO_DIR, Demo(), fs::copy_options::recursive); }
 
   fs::path Demo() const { return dir_.path() / "demo"; }
   fs::path Database() const { return Demo() / "Korvodal.dbs"; }
@@ -128,7 +126,8 @@ TEST_F(KorvoProgram, JsonForScripts) {
 
 TEST_F(KorvoProgram, ReadingChangesNothing) {
   const std::string before = ReadFile(Database());
-  for (const char* args : {"info demo", "list demo --sort y", "show demo 102", "check demo --dry-run"}) {
+  for (const char* args :
+       {"info demo", "list demo --sort y", "show demo 102", "check demo --dry-run"}) {
     EXPECT_EQ(Run(args).status, 0) << args;
   }
   EXPECT_EQ(ReadFile(Database()), before);
@@ -198,9 +197,9 @@ TEST_F(KorvoProgram, CheckCorrectsTheCountsAndSaysSo) {
 
   const Result fix = Run("check demo");
   ASSERT_EQ(fix.status, 0) << fix.err;
-  EXPECT_NE(fix.out.find("  counts in the header corrected: boreholes 40 -> " +
-                         std::to_string(real)),
-            std::string::npos)
+  EXPECT_NE(
+      fix.out.find("  counts in the header corrected: boreholes 40 -> " + std::to_string(real)),
+      std::string::npos)
       << fix.out;
   EXPECT_EQ(I16At(ReadFile(Database()), kAntbh), real);
   EXPECT_NE(Run("check demo").out.find("nothing to repair"), std::string::npos);

@@ -15,14 +15,16 @@ struct NamedFlag {
 // What a point may hold, in the order a list names it: the method blocks of
 // its .SND file first, then its other field files.
 constexpr NamedFlag kPresent[] = {
-    {"Dreie", bhbit::Dreie},   {"Enkel", bhbit::Enkel}, {"Dtrykk", bhbit::Dtrykk},
-    {"Ram", bhbit::Ram},       {"Total", bhbit::Total}, {"Fjell", bhbit::Fjell},
-    {"Cpt", bhbit::Cpt},       {"Dpt", bhbit::Dpt},     {"Karnborr", bhbit::Karnborr},
-    {"VattenF", bhbit::VattenF}, {"Prv", bhbit::Prv},   {"Mil", bhbit::Mil},
+    {"Dreie", bhbit::Dreie},     {"Enkel", bhbit::Enkel}, {"Dtrykk", bhbit::Dtrykk},
+    {"Ram", bhbit::Ram},         {"Total", bhbit::Total}, {"Fjell", bhbit::Fjell},
+    {"Cpt", bhbit::Cpt},         {"Dpt", bhbit::Dpt},     {"Karnborr", bhbit::Karnborr},
+    {"VattenF", bhbit::VattenF}, {"Prv", bhbit::Prv},     {"Mil", bhbit::Mil},
     {"Tlk", bhbit::Tlk},
 };
 
-bool HasChainage(double sekt) { return std::fabs(sekt - CKorvoDbs::m_sek_noll) > 0.001; }
+bool HasChainage(double sekt) {
+  return std::fabs(sekt - CKorvoDbs::m_sek_noll) > 0.001;
+}
 
 }  // namespace
 
@@ -107,12 +109,11 @@ std::string ListText(const Json& data) {
     for (const Json& name : p["present"]) {
       present += (present.empty() ? "" : " ") + name.get<std::string>();
     }
-    std::string line = PadRight(p["id"].get<std::string>(), 9) +
-                       PadRight(p["kind"].get<std::string>(), 5) +
-                       PadLeft(Fixed(p["x"].get<double>(), 3), 12) +
-                       PadLeft(Fixed(p["y"].get<double>(), 3), 13) +
-                       PadLeft(Fixed(p["z"].get<double>(), 3), 9) + PadLeft(depth, 8) +
-                       PadLeft(std::to_string(p["stop"].get<int>()), 6) + "  " + present;
+    std::string line =
+        PadRight(p["id"].get<std::string>(), 9) + PadRight(p["kind"].get<std::string>(), 5) +
+        PadLeft(Fixed(p["x"].get<double>(), 3), 12) + PadLeft(Fixed(p["y"].get<double>(), 3), 13) +
+        PadLeft(Fixed(p["z"].get<double>(), 3), 9) + PadLeft(depth, 8) +
+        PadLeft(std::to_string(p["stop"].get<int>()), 6) + "  " + present;
     while (!line.empty() && line.back() == ' ') line.pop_back();
     out += line + '\n';
   }

@@ -34,8 +34,12 @@ const char* Choices(int buttons) {
   return "[y/n]";
 }
 
-int Decline(int buttons) { return buttons == MB_OKCANCEL ? IDCANCEL : IDNO; }
-int Accept(int buttons) { return buttons == MB_OKCANCEL ? IDOK : IDYES; }
+int Decline(int buttons) {
+  return buttons == MB_OKCANCEL ? IDCANCEL : IDNO;
+}
+int Accept(int buttons) {
+  return buttons == MB_OKCANCEL ? IDOK : IDYES;
+}
 
 const char* AnswerWord(int answer) {
   switch (answer) {
@@ -56,14 +60,11 @@ bool IsQuestion(int buttons) {
 
 }  // namespace
 
-Terminal::Terminal(Fallback fallback)
-    : fallback_(fallback), interactive_(KORVO_ISATTY(0) != 0) {
+Terminal::Terminal(Fallback fallback) : fallback_(fallback), interactive_(KORVO_ISATTY(0) != 0) {
   old_status_ = SetStatusHandler(
       [](const std::wstring& text) { std::cerr << "korvo: " << OneLine(text) << '\n'; });
-  old_message_ = SetMessageHandler(
-      [this](const std::wstring& title, const std::wstring& text, int, int buttons) {
-        return OnMessage(title, text, buttons);
-      });
+  old_message_ = SetMessageHandler([this](const std::wstring& title, const std::wstring& text, int,
+                                          int buttons) { return OnMessage(title, text, buttons); });
 }
 
 Terminal::~Terminal() {
@@ -72,9 +73,13 @@ Terminal::~Terminal() {
   SetMessageHandler(std::move(old_message_));
 }
 
-void Terminal::Hold() { holding_ = true; }
+void Terminal::Hold() {
+  holding_ = true;
+}
 
-void Terminal::Mute() { muted_ = true; }
+void Terminal::Mute() {
+  muted_ = true;
+}
 
 std::vector<std::string> Terminal::Release() {
   holding_ = false;
@@ -133,7 +138,9 @@ Project::Project(const std::string& dir) : dir_(dir) {
 
 Project::~Project() = default;
 
-std::string Project::DatabasePath() const { return Utf8(proj_.DbsFil); }
+std::string Project::DatabasePath() const {
+  return Utf8(proj_.DbsFil);
+}
 
 fs::path Project::FindFile(const fs::path& folder, const std::string& name) {
   std::error_code ec;

@@ -12,7 +12,9 @@ namespace {
 
 // Row keys left to the JSON: the code's symbol is a glyph of a map font,
 // and the old name repeats the material.
-bool JsonOnly(const std::string& key) { return key == "symbol" || key == "name"; }
+bool JsonOnly(const std::string& key) {
+  return key == "symbol" || key == "name";
+}
 
 // Decimals of the number columns in the plain form; whole numbers otherwise.
 const std::map<std::string, int>& Decimals() {
@@ -198,7 +200,8 @@ void Table(std::string& out, const Json& rows) {
   std::vector<bool> numeric(keys.size(), false);
   for (size_t k = 0; k < keys.size(); ++k) {
     numeric[k] = rows[0][keys[k]].is_number();
-    for (const Json& row : rows) width[k] = std::max(width[k], Columns(Cell(keys[k], row[keys[k]])));
+    for (const Json& row : rows)
+      width[k] = std::max(width[k], Columns(Cell(keys[k], row[keys[k]])));
   }
   const auto line = [&](auto cell) {
     std::string text = " ";
@@ -272,8 +275,10 @@ Json Show(Project& project, Terminal& terminal, const std::string& id) {
   CKorvoDbs& dbs = project.Open(Access::kReadOnly, terminal);
   terminal.Flush();
   const Json record = FindRecord(dbs, wid);
-  const bool has_file = !Project::FindFile(Utf8(project.paths().DbfKat), Utf8(wid) + ".SND").empty();
-  if (record.is_null() && !has_file) throw Failure("no point " + Utf8(wid) + " in " + project.dir());
+  const bool has_file =
+      !Project::FindFile(Utf8(project.paths().DbfKat), Utf8(wid) + ".SND").empty();
+  if (record.is_null() && !has_file)
+    throw Failure("no point " + Utf8(wid) + " in " + project.dir());
   CKorvoSnd point(&project.paths(), &dbs);
   point.Init(wid.c_str(), nullptr);
   Json data = PointJson(point);

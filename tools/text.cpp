@@ -9,7 +9,9 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-bool IsSurrogate(char32_t cp) { return cp >= 0xD800 && cp <= 0xDFFF; }
+bool IsSurrogate(char32_t cp) {
+  return cp >= 0xD800 && cp <= 0xDFFF;
+}
 
 void PutUtf8(std::string& out, char32_t cp) {
   if (cp > 0x10FFFF || IsSurrogate(cp)) cp = kReplacement;
@@ -113,7 +115,8 @@ std::wstring Wide(std::string_view utf8) {
 std::string Fixed(double value, int decimals) {
   if (!std::isfinite(value)) return std::isnan(value) ? "nan" : (value < 0 ? "-inf" : "inf");
   char buf[400];
-  const auto result = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
+  const auto result =
+      std::to_chars(buf, buf + sizeof buf, value, std::chars_format::fixed, decimals);
   if (result.ec != std::errc()) return "?";
   return std::string(buf, result.ptr);
 }

@@ -10,7 +10,10 @@ namespace {
 TEST(Utf8, NordicLettersAndSymbolsBothWays) {
   const std::wstring text = L"Sjöberg, gråbrun, Ø Æ, 80°, €";
   const std::string utf8 = Utf8(text);
-  EXPECT_EQ(utf8, "Sj\xC3\xB6" "berg, gr\xC3\xA5" "brun, \xC3\x98 \xC3\x86, 80\xC2\xB0, \xE2\x82\xAC");
+  EXPECT_EQ(utf8,
+            "Sj\xC3\xB6"
+            "berg, gr\xC3\xA5"
+            "brun, \xC3\x98 \xC3\x86, 80\xC2\xB0, \xE2\x82\xAC");
   EXPECT_EQ(Wide(utf8), text);
 }
 
@@ -23,10 +26,12 @@ TEST(Utf8, CharactersBeyondTheBasicPlane) {
 
 TEST(Utf8, WhatIsNoCharacterBecomesTheReplacement) {
   const std::string replacement = "\xEF\xBF\xBD";
-  EXPECT_EQ(Utf8(Wide("a\xFF" "b")), "a" + replacement + "b");
-  EXPECT_EQ(Utf8(Wide("\xC3")), replacement);            // cut short
-  EXPECT_EQ(Utf8(Wide("\xC0\xAF")), replacement + replacement);  // overlong "/"
-  EXPECT_EQ(Utf8(Wide("\xED\xA0\x80")), replacement);    // a surrogate
+  EXPECT_EQ(Utf8(Wide("a\xFF"
+                      "b")),
+            "a" + replacement + "b");
+  EXPECT_EQ(Utf8(Wide("\xC3")), replacement);          // cut short
+  EXPECT_EQ(Utf8(Wide("\xC0\xAF")), replacement);      // an overlong "/" never spells "/"
+  EXPECT_EQ(Utf8(Wide("\xED\xA0\x80")), replacement);  // a surrogate
   if constexpr (sizeof(wchar_t) == 4) {
     EXPECT_EQ(Utf8(std::wstring(1, static_cast<wchar_t>(0x110000))), replacement);
     EXPECT_EQ(Utf8(std::wstring(1, static_cast<wchar_t>(0xDC00))), replacement);
