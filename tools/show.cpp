@@ -185,36 +185,52 @@ std::string Cell(const std::string& key, const Json& v) {
   return v.dump();
 }
 
-// The rows as a table under a head line of their keys; numbers to the right,
-// texts to the left, and a column that is empty in every row left out.
+// The keys of all rows in the order they first appear, but for those left
+// to the JSON.
+std::vector<std::string> Keys(const Json& rows) {
+  std::vector<std::string> keys;
+  for (const Json& row : rows) {
+    for (const auto& item : row.items()) {
+      if (!JsonOnly(item.key()) && std::find(keys.begin(), keys.end(), item.key()) == keys.end()) {
+        keys.push_back(item.key());
+      }
+    }
+  }
+  return keys;
+}
+
+// The rows as a table under a head line of their keys: numbers to the
+// right, texts to the left, and a column that is empty in every row (or in
+// no row at all) left out.
 void Table(std::string& out, const Json& rows) {
   if (rows.empty()) {
     out += "  (no rows)\n";
     return;
   }
-  std::vector<std::string> keys;
-  for (const auto& item : rows[0].items()) {
-    if (!JsonOnly(item.key())) keys.push_back(item.key());
-  }
+  const std::vector<std::string> keys = Keys(rows);
+  const auto cell = [&](const Json& row, size_t k) {
+    return row.contains(keys[k]) ? Cell(keys[k], row[keys[k]]) : std::string();
+  };
   std::vector<size_t> width(keys.size(), 0);
   std::vector<bool> numeric(keys.size(), false);
   for (size_t k = 0; k < keys.size(); ++k) {
-    numeric[k] = rows[0][keys[k]].is_number();
-    for (const Json& row : rows)
-      width[k] = std::max(width[k], Columns(Cell(keys[k], row[keys[k]])));
+    for (const Json& row : rows) {
+      width[k] = std::max(width[k], Columns(cell(row, k)));
+      if (row.contains(keys[k])) numeric[k] = row[keys[k]].is_number();
+    }
   }
-  const auto line = [&](auto cell) {
+  const auto line = [&](auto text_of) {
     std::string text = " ";
     for (size_t k = 0; k < keys.size(); ++k) {
       if (width[k] == 0) continue;
       const size_t w = std::max(width[k], Columns(keys[k]));
-      text += "  " + (numeric[k] ? PadLeft(cell(k), w) : PadRight(cell(k), w));
+      text += "  " + (numeric[k] ? PadLeft(text_of(k), w) : PadRight(text_of(k), w));
     }
     while (!text.empty() && text.back() == ' ') text.pop_back();
     out += text + '\n';
   };
   line([&](size_t k) { return keys[k]; });
-  for (const Json& row : rows) line([&](size_t k) { return Cell(keys[k], row[keys[k]]); });
+  for (const Json& row : rows) line([&](size_t k) { return cell(row, k); });
 }
 
 void HeadText(std::string& out, const Json& p) {
