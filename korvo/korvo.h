@@ -10,6 +10,8 @@
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
 #include "korvo/soundings/basic_methods.h"
+#include "korvo/soundings/cpt_presentation.h"
+#include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/context/auto_ini.h"
 #include "korvo/context/dir_sort.h"
