@@ -14,8 +14,8 @@ constexpr int kCodeCpt = 7;
 constexpr int kCodeCptHeader = 107;
 
 // Up to `width` characters of `line` from `column` on, without the blanks on
-// their right: the remark of a CPT row stands before its tail, and a keyword's
-// value is padded by nothing but may be.
+// their right: a CPT row pads its remark towards the tail, and the blanks
+// behind a keyword's value are no part of it.
 std::wstring_view FieldAt(std::wstring_view line, size_t column, size_t width) {
   if (line.size() <= column) return {};
   std::wstring_view field = line.substr(column, width);

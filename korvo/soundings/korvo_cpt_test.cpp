@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cwchar>
 #include <string>
 #include <vector>
 
+#include "korvo/foundation/field_text.h"
 #include "korvo/foundation/messages.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/testutil/temp_dir.h"
