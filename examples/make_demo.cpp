@@ -32,6 +32,7 @@ enum Method : unsigned {
   kDtrykk = 4,
   kRam = 8,
   kTlk = 16,
+  kCpt = 32,
 };
 
 struct PointSpec {
@@ -184,6 +185,49 @@ void AddRam(CKorvoRam& b, const PointSpec& p, Sequence& s) {
   });
 }
 
+// A cone penetration test every 0.2 m: cone resistance, sleeve friction
+// and pore pressure in kPa. The pore pressure follows the ground water 1.5 m
+// below ground, with an excess in the fine soils.
+void AddCpt(CKorvoCpt& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  b.header.SpetsAreaFaktor(0.845);
+  b.header.SondNummer(5127);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    cpttype row{};
+    row.djup = depth;
+    const int water = depth > 1.5f ? static_cast<int>((depth - 1.5f) * 10.0f) : 0;
+    const int deep = static_cast<int>(depth * 15.0f);
+    switch (soil) {
+      case Soil::kFill:
+        row.matv1 = s.Between(3000, 8000), row.matv2 = s.Between(40, 80);
+        row.matv3 = s.Between(0, 10);
+        break;
+      case Soil::kDryCrust:
+        row.matv1 = s.Between(800, 1500), row.matv2 = s.Between(30, 50);
+        row.matv3 = s.Between(0, 10);
+        break;
+      case Soil::kClay:
+        row.matv1 = 250 + deep + s.Between(0, 60), row.matv2 = s.Between(5, 12);
+        row.matv3 = water + 80 + deep + s.Between(0, 30);
+        break;
+      case Soil::kSilt:
+        row.matv1 = s.Between(800, 1500), row.matv2 = s.Between(10, 20);
+        row.matv3 = water + s.Between(30, 60);
+        break;
+      case Soil::kSand:
+        row.matv1 = s.Between(6000, 15000), row.matv2 = s.Between(40, 90);
+        row.matv3 = water + s.Between(-5, 5);
+        break;
+      case Soil::kTill:
+        row.matv1 = s.Between(15000, 30000), row.matv2 = s.Between(100, 200);
+        row.matv3 = water + s.Between(-10, 20);
+        break;
+    }
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
 const wchar_t* OldName(Soil soil) {
   switch (soil) {
     case Soil::kFill:
@@ -236,6 +280,7 @@ void WritePoint(CProjPath& proj, CKorvoDbs& dbs, const PointSpec& p, uint32_t se
     AddCounts<CKorvoDtrykk, dtrykktype>(*snd.m_dtrykk, p, s);
   }
   if ((p.methods & kRam) && snd.New(24)) AddRam(*snd.m_ram, p, s);
+  if ((p.methods & kCpt) && snd.New(7)) AddCpt(*snd.m_cpt, p, s);
   if ((p.methods & kTlk) && snd.New(60)) AddTlk(*snd.m_tlk, p);
   snd.Uppdat(p.id, nullptr);
 }
@@ -244,55 +289,168 @@ void WritePoint(CProjPath& proj, CKorvoDbs& dbs, const PointSpec& p, uint32_t se
 std::vector<Layer> ClayOverTill(double fill, double crust, double clay, double till) {
   return {{Soil::kFill, fill, L"FY grus och sand"},
           {Soil::kDryCrust, crust, L"TØ LE gråbrun, fast"},
-          {Soil::kClay, clay, L"LE grå, lös, sulfidfläckig"},
+          {Soil::kClay, clay, L"LE grå, lös, sulfidfläck"},
           {Soil::kTill, till, L"MO SA GR stenig"}};
 }
 
 std::vector<PointSpec> Points() {
   const wchar_t* client = L"Beställare: Uppsala kommun";
   return {
-      {L"101", 6638712.430, 647418.250, 10.42, 90.0, L"12.05.2025", kDreie | kTlk,
-       ClayOverTill(0.6, 1.8, 9.4, 11.2), 91, L"Sten", L"ST stopp mot sten", {
-           L"Kv. Kvarnen 3, nordvästra hörnet", L"Asfalt 0,1 m", L"", client}},
-      {L"102", 6638731.880, 647446.910, 10.57, 90.0, L"12.05.2025", kDreie | kRam,
-       ClayOverTill(0.8, 2.0, 10.2, 12.4), 93, L"Fast", L"MO fast botten", {}},
-      {L"103", 6638748.120, 647472.340, 10.81, 90.0, L"13.05.2025", kEnkel,
-       ClayOverTill(0.4, 1.6, 8.6, 9.8), 91, L"Sten", L"ST sten eller block", {}},
-      {L"104", 6638690.550, 647455.700, 10.18, 90.0, L"13.05.2025", kDtrykk | kTlk,
-       ClayOverTill(0.5, 2.2, 11.6, 13.0), 93, L"Fast", L"MO fast, stopp", {
-           L"Vid befintlig ledningsgrav", L"Grundvattenrör planerat"}},
-      {L"105", 6638672.010, 647430.160, 9.96, 90.0, L"13.05.2025", kRam,
+      {L"101",
+       6638712.430,
+       647418.250,
+       10.42,
+       90.0,
+       L"12.05.2025",
+       kDreie | kTlk,
+       ClayOverTill(0.6, 1.8, 9.4, 11.2),
+       91,
+       L"Sten",
+       L"ST stopp mot sten",
+       {L"Kv. Kvarnen 3, nordvästra hörnet", L"Asfalt 0,1 m", L"", client}},
+      {L"102",
+       6638731.880,
+       647446.910,
+       10.57,
+       90.0,
+       L"12.05.2025",
+       kDreie | kRam,
+       ClayOverTill(0.8, 2.0, 10.2, 12.4),
+       93,
+       L"Fast",
+       L"MO fast botten",
+       {}},
+      {L"103",
+       6638748.120,
+       647472.340,
+       10.81,
+       90.0,
+       L"13.05.2025",
+       kEnkel,
+       ClayOverTill(0.4, 1.6, 8.6, 9.8),
+       91,
+       L"Sten",
+       L"ST sten eller block",
+       {}},
+      {L"104",
+       6638690.550,
+       647455.700,
+       10.18,
+       90.0,
+       L"13.05.2025",
+       kDtrykk | kTlk,
+       ClayOverTill(0.5, 2.2, 11.6, 13.0),
+       93,
+       L"Fast",
+       L"MO fast, stopp",
+       {L"Vid befintlig ledningsgrav", L"Grundvattenrör planerat"}},
+      {L"105",
+       6638672.010,
+       647430.160,
+       9.96,
+       90.0,
+       L"13.05.2025",
+       kRam,
        {{Soil::kFill, 1.2, L"FY sprängsten, grus"},
         {Soil::kClay, 7.8, L"LE grå, lös"},
         {Soil::kSilt, 9.0, L"SI lerig, vattenmättad"},
         {Soil::kTill, 11.6, L"MO sandig, stenig"}},
-       91, L"Sten", L"ST stopp mot block", {}},
-      {L"106", 6638705.770, 647489.030, 10.63, 90.0, L"14.05.2025", kDreie | kDtrykk,
-       ClayOverTill(0.7, 1.9, 10.8, 12.2), 93, L"Fast", L"MO fast botten", {}},
-      {L"107", 6638766.300, 647431.480, 10.94, 90.0, L"14.05.2025", kEnkel | kRam | kTlk,
+       91,
+       L"Sten",
+       L"ST stopp mot block",
+       {}},
+      {L"106",
+       6638705.770,
+       647489.030,
+       10.63,
+       90.0,
+       L"14.05.2025",
+       kDreie | kDtrykk,
+       ClayOverTill(0.7, 1.9, 10.8, 12.2),
+       93,
+       L"Fast",
+       L"MO fast botten",
+       {}},
+      {L"107",
+       6638766.300,
+       647431.480,
+       10.94,
+       90.0,
+       L"14.05.2025",
+       kEnkel | kRam | kTlk,
        {{Soil::kFill, 0.5, L"FY grus"},
         {Soil::kDryCrust, 1.4, L"TØ LE brun, torr"},
         {Soil::kClay, 6.2, L"LE grå, halvfast"},
         {Soil::kSand, 8.4, L"SA grå, vattenförande"},
         {Soil::kTill, 10.0, L"MO grusig"}},
-       93, L"Fast", L"MO fast, ej genomslagen", {L"Mot Åsgatan, gångbana"}},
-      {L"108", 6638655.940, 647468.820, 9.88, 80.0, L"14.05.2025", kDreie,
-       ClayOverTill(0.6, 1.5, 12.1, 13.4), 91, L"Sten", L"ST stopp, lutande borrning", {
-           L"Snedborrning under befintlig byggnad", L"Lutning 80°", L"", client}},
-      {L"109", 6638781.660, 647458.120, 11.06, 90.0, L"15.05.2025", kDtrykk,
-       ClayOverTill(0.3, 1.2, 5.4, 7.0), 93, L"Fast", L"MO fast botten", {}},
-      {L"110", 6638724.180, 647503.550, 10.71, 90.0, L"15.05.2025", kEnkel | kRam,
-       ClayOverTill(0.6, 1.7, 9.9, 11.0), 91, L"Sten", L"ST sten", {L"Söder om pumpstationen"}},
-      {L"GV1", 6638698.400, 647412.900, 10.35, 90.0, L"15.05.2025", kDreie | kTlk,
+       93,
+       L"Fast",
+       L"MO fast, ej genomslagen",
+       {L"Mot Åsgatan, gångbana"}},
+      {L"108",
+       6638655.940,
+       647468.820,
+       9.88,
+       80.0,
+       L"14.05.2025",
+       kDreie,
+       ClayOverTill(0.6, 1.5, 12.1, 13.4),
+       91,
+       L"Sten",
+       L"ST stopp, lutande borrning",
+       {L"Snedborrning under befintlig byggnad", L"Lutning 80°", L"", client}},
+      {L"C1",
+       6638719.050,
+       647461.330,
+       10.52,
+       90.0,
+       L"15.05.2025",
+       kCpt | kTlk,
+       ClayOverTill(0.6, 1.8, 10.0, 11.4),
+       93,
+       L"Fast",
+       L"MO fast, max spetstryck",
+       {L"CPTU mitt i huskroppen", L"Filter: glycerin, mättat före start"}},
+      {L"110",
+       6638724.180,
+       647503.550,
+       10.71,
+       90.0,
+       L"15.05.2025",
+       kEnkel | kRam,
+       ClayOverTill(0.6, 1.7, 9.9, 11.0),
+       91,
+       L"Sten",
+       L"ST sten",
+       {L"Söder om pumpstationen"}},
+      {L"GV1",
+       6638698.400,
+       647412.900,
+       10.35,
+       90.0,
+       L"15.05.2025",
+       kDreie | kTlk,
        {{Soil::kFill, 0.9, L"FY grus, tegelrester"},
         {Soil::kDryCrust, 2.1, L"TØ LE gråbrun"},
         {Soil::kClay, 8.8, L"LE grå, lös, skikt av silt"},
         {Soil::kSand, 10.4, L"SA GV vattenförande"},
         {Soil::kTill, 12.0, L"MO stenig"}},
-       91, L"Sten", L"ST stopp mot sten", {L"Blivande grundvattenrör, filter i sand"}},
-      {L"KS1", 6638742.900, 647425.600, 10.66, 90.0, L"16.05.2025", kDreie | kEnkel,
-       ClayOverTill(0.5, 1.6, 9.0, 10.6), 93, L"Fast", L"MO fast", {
-           L"Kontrollsondering vid 101"}},
+       91,
+       L"Sten",
+       L"ST stopp mot sten",
+       {L"Blivande grundvattenrör, filter i sand"}},
+      {L"C2",
+       6638742.900,
+       647425.600,
+       10.66,
+       90.0,
+       L"16.05.2025",
+       kCpt | kDreie,
+       ClayOverTill(0.5, 1.6, 9.0, 10.6),
+       93,
+       L"Fast",
+       L"MO fast",
+       {L"Kontrollsondering vid 101"}},
   };
 }
 

@@ -99,6 +99,35 @@ Json RamRows(CKorvoRam& b) {
   });
 }
 
+Json CptRows(CKorvoCpt& b) {
+  return Rows(b, [](const cpttype& r) {
+    Json j;
+    j["depth"] = Rounded(r.djup, 3);
+    j["qc"] = r.matv1;
+    j["fs"] = r.matv2;
+    j["u"] = r.matv3;
+    Remark(j, r);
+    // The extra values stand only in rows that have them.
+    if (r.tal4 != 0 || r.varde1 > 0.0 || r.varde2 != 0.0 || r.varde3 != 0.0) {
+      j["tal4"] = r.tal4;
+      j["value1"] = Rounded(r.varde1, 1);
+      j["value2"] = Rounded(r.varde2, 3);
+      j["value3"] = Rounded(r.varde3, 1);
+    }
+    return j;
+  });
+}
+
+// The keywords of a CPT's header, in file order.
+Json CptKeywords(CKorvoCptHeader& h) {
+  return Rows(h, [](const cptheadertype& k) {
+    Json j;
+    j["key"] = FieldText(k.nyckel);
+    j["value"] = FieldText(k.varde);
+    return j;
+  });
+}
+
 template <class Block, class RowsOf>
 void AddBlock(Json& blocks, const char* method, int code, Block* b, RowsOf rows) {
   if (b == nullptr) return;
@@ -114,6 +143,8 @@ Json Blocks(CKorvoSnd& point) {
   AddBlock(blocks, "Ram", 24, point.m_ram, RamRows);
   AddBlock(blocks, "Dtrykk", 23, point.m_dtrykk, CountRows<CKorvoDtrykk>);
   AddBlock(blocks, "Enkel", 22, point.m_enkel, CountRows<CKorvoEnkel>);
+  AddBlock(blocks, "CPT", 7, point.m_cpt, CptRows);
+  if (point.m_cpt != nullptr) blocks.back()["keywords"] = CptKeywords(point.m_cpt->header);
   return blocks;
 }
 
@@ -269,6 +300,13 @@ void BlockText(std::string& out, const Json& b) {
   out += "  codes " + b["code_system"].get<std::string>();
   if (b["digitised"].get<bool>()) out += "  digitised";
   out += '\n';
+  if (b.contains("keywords") && !b["keywords"].empty()) {
+    out += "  keywords";
+    for (const Json& k : b["keywords"]) {
+      out += "  " + k["key"].get<std::string>() + " " + k["value"].get<std::string>();
+    }
+    out += '\n';
+  }
   Table(out, b["rows"]);
 }
 
