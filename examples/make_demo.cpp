@@ -18,6 +18,34 @@ namespace {
 
 enum class Soil { kFill, kDryCrust, kClay, kSilt, kSand, kTill };
 
+struct Range {
+  int low, high;
+};
+
+// How a soil answers the methods of the site, per 0.2 m.
+struct SoilTraits {
+  const wchar_t* old_name;  // its name in the .TLK file
+  const wchar_t* load;      // the load of a weight sounding; null: sinking, "SL"
+  Range turns;              // half-turns of a weight sounding
+  Range count;              // blows or turns of the other soundings
+  Range qc, fs, excess;     // CPT: cone, sleeve, pore pressure above hydrostatic, kPa
+  int growth;               // kPa per metre of depth that cone and pore pressure gain
+};
+
+// By Soil, in the order of the enum.
+constexpr SoilTraits kSoils[] = {
+    {L"fyllning", L"100", {8, 30}, {6, 20}, {3000, 8000}, {40, 80}, {0, 10}, 0},
+    {L"torrskorpa", L"100", {2, 9}, {3, 8}, {800, 1500}, {30, 50}, {0, 10}, 0},
+    {L"lera", nullptr, {0, 0}, {0, 2}, {250, 310}, {5, 12}, {80, 110}, 15},
+    {L"silt", L"75", {1, 6}, {2, 5}, {800, 1500}, {10, 20}, {30, 60}, 0},
+    {L"sand", L"100", {12, 35}, {10, 28}, {6000, 15000}, {40, 90}, {-5, 5}, 0},
+    {L"moraen", L"100", {40, 120}, {30, 90}, {15000, 30000}, {100, 200}, {-10, 20}, 0},
+};
+
+const SoilTraits& Traits(Soil soil) {
+  return kSoils[static_cast<int>(soil)];
+}
+
 // One layer of a profile: its soil down to `bottom` metres below ground, and
 // the remark that its first row carries, codes first.
 struct Layer {
@@ -57,6 +85,7 @@ class Sequence {
     state_ = state_ * 1664525u + 1013904223u;
     return low + static_cast<int>((state_ >> 8) % static_cast<uint32_t>(high - low + 1));
   }
+  int In(Range r) { return Between(r.low, r.high); }
 
  private:
   uint32_t state_;
@@ -102,62 +131,19 @@ void Head(Block& b, const PointSpec& p) {
   Put(b.stopptext, p.stop_text);
 }
 
-// Weight sounding: half-turns per 0.2 m under 100 kg, or sinking ("SL")
+// Weight sounding: half-turns per 0.2 m under a load, or sinking ("SL")
 // where the clay gives way under the load alone.
 void AddDreie(CKorvoDreie& b, const PointSpec& p, Sequence& s) {
   Head(b, p);
   Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    const SoilTraits& t = Traits(soil);
     dreietype row{};
     row.djup = depth;
-    switch (soil) {
-      case Soil::kClay:
-        row.varv = -1;
-        Put(row.vikt, L"SL");
-        break;
-      case Soil::kFill:
-        row.varv = s.Between(8, 30);
-        Put(row.vikt, L"100");
-        break;
-      case Soil::kDryCrust:
-        row.varv = s.Between(2, 9);
-        Put(row.vikt, L"100");
-        break;
-      case Soil::kSilt:
-        row.varv = s.Between(1, 6);
-        Put(row.vikt, L"75");
-        break;
-      case Soil::kSand:
-        row.varv = s.Between(12, 35);
-        Put(row.vikt, L"100");
-        break;
-      case Soil::kTill:
-        row.varv = s.Between(40, 120);
-        Put(row.vikt, L"100");
-        break;
-    }
+    row.varv = t.load == nullptr ? -1 : s.In(t.turns);
+    Put(row.vikt, t.load == nullptr ? L"SL" : t.load);
     Put(row.anm, remark);
     b.Ny(1, &row);
   });
-}
-
-// Blows or turns per 0.2 m, by soil: the shared scale of the simple and the
-// rotary pressure sounding.
-int Count(Soil soil, Sequence& s) {
-  switch (soil) {
-    case Soil::kFill:
-      return s.Between(6, 20);
-    case Soil::kDryCrust:
-      return s.Between(3, 8);
-    case Soil::kClay:
-      return s.Between(0, 2);
-    case Soil::kSilt:
-      return s.Between(2, 5);
-    case Soil::kSand:
-      return s.Between(10, 28);
-    case Soil::kTill:
-      return s.Between(30, 90);
-  }
-  return 0;
 }
 
 template <class Block, class Row>
@@ -166,7 +152,7 @@ void AddCounts(Block& b, const PointSpec& p, Sequence& s) {
   Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
     Row row{};
     row.djup = depth;
-    row.varv = Count(soil, s);
+    row.varv = s.In(Traits(soil).count);
     Put(row.anm, remark);
     b.Ny(1, &row);
   });
@@ -178,7 +164,7 @@ void AddRam(CKorvoRam& b, const PointSpec& p, Sequence& s) {
   Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
     ramsondtype row{};
     row.djup = depth;
-    row.tal1 = std::max(1, Count(soil, s) / 2);
+    row.tal1 = std::max(1, s.In(Traits(soil).count) / 2);
     row.tal2 = s.Between(0, 2) + static_cast<int>(depth / 2);
     Put(row.anm, remark);
     b.Ny(1, &row);
@@ -193,57 +179,17 @@ void AddCpt(CKorvoCpt& b, const PointSpec& p, Sequence& s) {
   b.header.SpetsAreaFaktor(0.845);
   b.header.SondNummer(5127);
   Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    const SoilTraits& t = Traits(soil);
+    const int water = depth > 1.5f ? static_cast<int>((depth - 1.5f) * 10.0f) : 0;
+    const int growth = static_cast<int>(depth * static_cast<float>(t.growth));
     cpttype row{};
     row.djup = depth;
-    const int water = depth > 1.5f ? static_cast<int>((depth - 1.5f) * 10.0f) : 0;
-    const int deep = static_cast<int>(depth * 15.0f);
-    switch (soil) {
-      case Soil::kFill:
-        row.matv1 = s.Between(3000, 8000), row.matv2 = s.Between(40, 80);
-        row.matv3 = s.Between(0, 10);
-        break;
-      case Soil::kDryCrust:
-        row.matv1 = s.Between(800, 1500), row.matv2 = s.Between(30, 50);
-        row.matv3 = s.Between(0, 10);
-        break;
-      case Soil::kClay:
-        row.matv1 = 250 + deep + s.Between(0, 60), row.matv2 = s.Between(5, 12);
-        row.matv3 = water + 80 + deep + s.Between(0, 30);
-        break;
-      case Soil::kSilt:
-        row.matv1 = s.Between(800, 1500), row.matv2 = s.Between(10, 20);
-        row.matv3 = water + s.Between(30, 60);
-        break;
-      case Soil::kSand:
-        row.matv1 = s.Between(6000, 15000), row.matv2 = s.Between(40, 90);
-        row.matv3 = water + s.Between(-5, 5);
-        break;
-      case Soil::kTill:
-        row.matv1 = s.Between(15000, 30000), row.matv2 = s.Between(100, 200);
-        row.matv3 = water + s.Between(-10, 20);
-        break;
-    }
+    row.matv1 = s.In(t.qc) + growth;
+    row.matv2 = s.In(t.fs);
+    row.matv3 = water + s.In(t.excess) + growth;
     Put(row.anm, remark);
     b.Ny(1, &row);
   });
-}
-
-const wchar_t* OldName(Soil soil) {
-  switch (soil) {
-    case Soil::kFill:
-      return L"fyllning";
-    case Soil::kDryCrust:
-      return L"torrskorpa";
-    case Soil::kClay:
-      return L"lera";
-    case Soil::kSilt:
-      return L"silt";
-    case Soil::kSand:
-      return L"sand";
-    case Soil::kTill:
-      return L"moraen";
-  }
-  return L"X";
 }
 
 // The interpretation: one row per layer at the level of its top, from the
@@ -254,7 +200,7 @@ void AddTlk(CKorvoTlk& t, const PointSpec& p) {
   double top = 0.0;
   for (const Layer& l : p.layers) {
     matetype row{};
-    Put(row.namn, OldName(l.soil));
+    Put(row.namn, Traits(l.soil).old_name);
     row.niva = static_cast<float>(p.z - top);
     row.kalla = 2;
     t.Ny(1, &row);

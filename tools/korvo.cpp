@@ -148,11 +148,12 @@ class Program {
               return SortKeyOf(v) != 0 ? std::string() : "unknown sort key " + v;
             },
             "KEY"));
-    sub->add_flag("--desc", desc_, "the descending order of --sort");
+    sub->add_flag("--desc", desc_, "the descending order of --sort (alone: of the names)");
     sub->callback([this] {
       run_ = [this](korvo::cli::Terminal& t) {
         korvo::cli::Project project(dir_);
-        const int key = SortKeyOf(sort_);
+        // --desc alone turns the order of names.
+        const int key = sort_.empty() ? (desc_ ? 1 : 0) : SortKeyOf(sort_);
         output_.Print(korvo::cli::List(project, t, desc_ ? -key : key), korvo::cli::ListText);
       };
     });
