@@ -11,6 +11,7 @@
 #include "korvo/platform/file.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/soundings/rock_methods.h"
 #include "korvo/context/auto_ini.h"
 #include "korvo/context/dir_sort.h"
 #include "korvo/context/projekt_status.h"
