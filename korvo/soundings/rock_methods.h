@@ -50,8 +50,7 @@ struct totaltype {
 
 // Rock control sounding, code 26. Rows: "%7.3f %4ld " and two blanks, the
 // remark at column 22. `format` is carried from file to file, 0 in a new block.
-class KORVO_EXPORT CKorvoFjell
-    : public korvo::SoundingBlock<fjelltype, 256, korvo::FormatColumn> {
+class KORVO_EXPORT CKorvoFjell : public korvo::SoundingBlock<fjelltype, 256, korvo::FormatColumn> {
  public:
   CKorvoFjell() = default;
   CKorvoFjell(int konv, int rensa, int samlagring) : SoundingBlock(konv, rensa, samlagring) {}
@@ -65,8 +64,7 @@ class KORVO_EXPORT CKorvoFjell
 // of depth, tal1, tal2 and typ, the word at column 20; of later generations
 // "%7.3f %5ld %5ld %5ld" of depth, tal1, tal2, tal3. The remark at column 29.
 // A new block is of generation 5.
-class KORVO_EXPORT CKorvoTotal
-    : public korvo::SoundingBlock<totaltype, 256, korvo::FormatColumn> {
+class KORVO_EXPORT CKorvoTotal : public korvo::SoundingBlock<totaltype, 256, korvo::FormatColumn> {
  public:
   CKorvoTotal() = default;
   CKorvoTotal(int konv, int rensa, int samlagring) : SoundingBlock(konv, rensa, samlagring) {

@@ -36,19 +36,19 @@ class SoundingBlock : public list0<Row> {
   static constexpr bool kKeepsFormat = std::is_same_v<Format, FormatColumn>;
 
  public:
-  wchar_t kodsystem[4] = {};          // code system of the remarks, "KRV" or "SGF"
-  int stopp = 0;                      // stop code of the sounding
-  wchar_t datum[12] = {};             // date of the block, from its code line
-  int digit = 0;                      // above 0: digitised
-  int metodtal = 0;                   // carried for the calling programs
-  wchar_t stopptext[StopWidth] = {};  // one word
-  int flagga1 = 0;                    // 0 or 1, carried for the calling programs
+  wchar_t kodsystem[4] = {};              // code system of the remarks, "KRV" or "SGF"
+  int stopp = 0;                          // stop code of the sounding
+  wchar_t datum[12] = {};                 // date of the block, from its code line
+  int digit = 0;                          // above 0: digitised
+  int metodtal = 0;                       // carried for the calling programs
+  wchar_t stopptext[StopWidth] = {};      // one word
+  int flagga1 = 0;                        // 0 or 1, carried for the calling programs
   [[no_unique_address]] Format format{};  // fourth column of the method line, where kept
-  int konvflagga = 0;                 // the character conversion flag of the owner
-  int rensa = 0;                      // passed on by the owner; no effect here
-  int samlagring = 0;                 // passed on by the owner; no effect here
-  std::wstring guid;                  // identity of the block, made at its first save
-  double startdjup = 0.0;             // where the rows start; set by the status summary
+  int konvflagga = 0;                     // the character conversion flag of the owner
+  int rensa = 0;                          // passed on by the owner; no effect here
+  int samlagring = 0;                     // passed on by the owner; no effect here
+  std::wstring guid;                      // identity of the block, made at its first save
+  double startdjup = 0.0;                 // where the rows start; set by the status summary
 
  protected:
   // A bare block, for classes that fill the head themselves.
@@ -201,7 +201,9 @@ struct CountRows {
   static constexpr int kCode = Code;
   static constexpr size_t kRemarkColumn = RemarkColumn;
 
-  static void ScanLeft(std::wstring_view line, Row& row) { Scan(line, L"%f%ld", &row.djup, &row.varv); }
+  static void ScanLeft(std::wstring_view line, Row& row) {
+    Scan(line, L"%f%ld", &row.djup, &row.varv);
+  }
   static void PrepareForWrite(Row&) {}
   static void AppendLeft(const Row& row, std::wstring& out) {
     AppendFormat(out, L"%7.3f %4ld %s", row.djup, row.varv, L"  ");
