@@ -6,7 +6,7 @@
 #include "korvo/foundation/field_text.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
-#include "korvo/observations/observation_file.h"
+#include "korvo/foundation/field_file.h"
 #include "korvo/platform/env.h"
 
 namespace {
@@ -119,8 +119,8 @@ int CKorvoTlk::Init(CStdioFileMem* fil, const wchar_t*, const wchar_t* path) {
                        korvo::MB_ICONWARNING);
     return -1;
   }
-  korvo::TakeObservationFileDates(file, skapad, andrad);
-  if (in->strom == nullptr && !korvo::OpenObservationFile(*in, file)) return -1;
+  korvo::TakeFileDates(file, korvo::kObservationFileDate, skapad, andrad);
+  if (in->strom == nullptr && !korvo::OpenFieldFile(*in, file)) return -1;
   const int result = ReadRows(*in);
   if (in == &own) own.Close();
   return result;

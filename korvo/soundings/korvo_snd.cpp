@@ -5,6 +5,7 @@
 
 #include "korvo/context/file_names.h"
 #include "korvo/context/proj_path.h"
+#include "korvo/foundation/field_file.h"
 #include "korvo/foundation/field_text.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
@@ -48,8 +49,6 @@ constexpr int kCodeIdentity = 99;
 constexpr int kCodeCptHeader = 107;
 
 constexpr double kVertical = 90.0;
-constexpr int kOpenRetries = 2;
-constexpr int kRetryWaitMs = 200;
 constexpr unsigned kOpenWrite = 0x1001;
 
 // The name of a part in the status text when it cannot be made.
@@ -125,10 +124,6 @@ size_t NameStart(const std::wstring& path) {
 bool ContainsAfterFirst(const std::wstring& name, const wchar_t* what) {
   const size_t pos = name.find(what);
   return pos != std::wstring::npos && pos > 0;
-}
-
-void FormatFileDate(wchar_t (&field)[11], const korvo::LocalTime& t) {
-  korvo::CopyField(field, korvo::Format(L"%02.2d.%02.2d.%4d", t.day, t.month, t.year));
 }
 
 }  // namespace
@@ -293,8 +288,9 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   SetFilePath(pid, path);
   korvo::CopyField(id, pid ? pid : L"");
   orgnamn[0] = L'\0';
-  TakeFileDates();
-  if (OpenForReading()) {
+  const std::wstring path_read = m_snd.GetFilePath();
+  korvo::TakeFileDates(path_read, korvo::kSoundingFileDate, skapad, andrad);
+  if (korvo::FileExists(path_read) && korvo::OpenFieldFile(m_snd, path_read)) {
     typ = &Bh;
     ReadHead();
     ReadBlocks();
@@ -302,35 +298,6 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   if (ReadOtherFiles() < 0) return -1;
   CloseStreams();
   return 0;
-}
-
-void CKorvoSnd::TakeFileDates() {
-  korvo::LocalTime created, written;
-  if (!korvo::GetLocalFileTimes(m_snd.GetFilePath(), &created, &written)) return;
-  FormatFileDate(skapad, created);
-  FormatFileDate(andrad, written);
-}
-
-// A file that exists but will not open is tried again twice after a short
-// wait (another user may be writing it), then the user decides.
-bool CKorvoSnd::OpenForReading() {
-  const std::wstring path = m_snd.GetFilePath();
-  if (!korvo::FileExists(path)) return false;
-  int tries = 0;
-  for (;;) {
-    if (m_snd.Open(path.c_str(), 0)) return true;
-    if (tries < kOpenRetries) {
-      ++tries;
-      korvo::SleepMs(kRetryWaitMs);
-      continue;
-    }
-    const int error = m_snd.LastError();
-    const std::wstring question = korvo::Format(L"Could not read file:\n%s\nErrno: %d %s\nRetry?",
-                                                path, error, korvo::ErrorText(error));
-    if (korvo::ShowMessage(question, korvo::MB_ICONQUESTION, korvo::MB_YESNO) != korvo::IDYES) {
-      return false;
-    }
-  }
 }
 
 // The head: five numbers, line 6, and up to four free text lines. A line that

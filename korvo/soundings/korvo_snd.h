@@ -163,7 +163,6 @@ class KORVO_EXPORT CKorvoSnd {
 
  private:
   void Clear();
-  bool OpenForReading();
   void ReadHead();
   void ReadBlocks();
   void InitMethod(int code);
@@ -171,7 +170,6 @@ class KORVO_EXPORT CKorvoSnd {
   bool SkipToMarker(std::wstring& line);
   int ReadOtherFiles();
   void CloseStreams();
-  void TakeFileDates();
   bool HasSoundingBlock() const;
   void WriteHead();
   void WriteIdentity();

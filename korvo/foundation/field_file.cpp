@@ -1,4 +1,4 @@
-#include "korvo/observations/observation_file.h"
+#include "korvo/foundation/field_file.h"
 
 #include "korvo/foundation/field_text.h"
 #include "korvo/foundation/format.h"
@@ -11,20 +11,22 @@ namespace {
 constexpr int kOpenTries = 3;
 constexpr int kRetryWaitMs = 200;
 
-void FormatDate(wchar_t (&field)[11], const LocalTime& t) {
-  CopyField(field, Format(L"%4d-%02.2d-%02.2d", t.year, t.month, t.day));
+void FormatDate(wchar_t (&field)[11], const wchar_t* form, const LocalTime& t) {
+  const bool year_first = form == kObservationFileDate;
+  CopyField(field, year_first ? Format(form, t.year, t.month, t.day)
+                              : Format(form, t.day, t.month, t.year));
 }
 }  // namespace
 
-void TakeObservationFileDates(const std::wstring& path, wchar_t (&skapad)[11],
-                              wchar_t (&andrad)[11]) {
+void TakeFileDates(const std::wstring& path, const wchar_t* form, wchar_t (&skapad)[11],
+                   wchar_t (&andrad)[11]) {
   LocalTime created, written;
   if (!GetLocalFileTimes(path, &created, &written)) return;
-  FormatDate(skapad, created);
-  FormatDate(andrad, written);
+  FormatDate(skapad, form, created);
+  FormatDate(andrad, form, written);
 }
 
-bool OpenObservationFile(CStdioFileMem& stream, const std::wstring& path) {
+bool OpenFieldFile(CStdioFileMem& stream, const std::wstring& path) {
   for (int tries = 1;; ++tries) {
     if (stream.Open(path.c_str(), 0)) return true;
     if (tries < kOpenTries) {

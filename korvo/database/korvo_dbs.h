@@ -1,0 +1,135 @@
+// The project database in memory: every point record of the project as a
+// list, the project header, and the database file with its lock file.
+//
+// The file is read whole on opening and is not held open between operations.
+// Users on different machines are ordered by a lock file beside the database:
+// whoever created it holds the database until it is deleted again.
+#ifndef KORVO_DATABASE_KORVO_DBS_H_
+#define KORVO_DATABASE_KORVO_DBS_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "korvo/database/dbs_records.h"
+#include "korvo/export.h"
+#include "korvo/foundation/list0.h"
+#include "korvo/platform/file.h"
+
+class CProjPath;
+class CVaglinje;
+class CDbsGUID;
+
+class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
+ public:
+  // No paths and no header: for opening with a path, which supplies them.
+  CKorvoDbs();
+  // An empty database of the project `proj` (not owned): a new header of
+  // the current version dated today, and the paths of the database and its
+  // lock file in the project directory. `proj` may be null: then no paths.
+  explicit CKorvoDbs(CProjPath* proj);
+  // Frees the records; the file objects close what they hold. The lock file
+  // is left alone: only Dbs_rw(1001) ends a lock.
+  ~CKorvoDbs() override;
+
+  // The path now set on the database file.
+  std::wstring GetDbsFileName();
+  // The version that a new database gets: m_Dbsver.
+  wchar_t* GetDbsverString();
+  // Sets behorighet (1 read only, 0 read and write); nothing else happens.
+  void ChangeReadWriteAccess(int behorighet);
+
+  korvoprjdattype prjdat;  // the header
+  CVaglinje* vaglinje;     // set by the caller, never owned; null: no line chosen
+  int32_t reserv;
+  int32_t behorighet;                  // 1 read only, 0 read and write
+  CDbsGUID* guidreg;                   // the GUID register, set only while restoring
+  int32_t postlangd;                   // record size of the open file, 62 or 93
+  int32_t postlangd3;                  // 62, the record size before version 4
+  int32_t postlangd4;                  // 93, the record size of version 4
+  CProjPath* proj;                     // the paths
+  CFile dbsfil;                        // the database file
+  CFile dbkfil;                        // the lock file
+  int32_t uppdaterar;                  // 1 between BeginUpdate and EndUpdate: file open and locked
+  int32_t symbolstatus;                // state of the symbol list, -1 at first
+  std::vector<std::wstring> symboler;  // names of symbol images
+
+  static wchar_t m_Dbsver[4];    // "3.0", the version of a new database
+  static wchar_t m_Dbsver40[4];  // "4.0", the format with the long record
+  // The chainage of a point without one.
+  static constexpr double m_sek_noll = 9999999.9;
+  // For the calling programs; the library does not use it.
+  static constexpr double m_sek_koll = 9999999.0;
+
+ protected:
+  // Plot flags, one bit each, for the calling programs.
+  static constexpr int PL_NONE = 0;
+  static constexpr int PL_ID = 1 << 0;
+  static constexpr int PL_SON = 1 << 1;
+  static constexpr int PL_SON_180 = 1 << 2;
+  static constexpr int PL_TRI = 1 << 3;
+  static constexpr int PL_LAB = 1 << 4;
+  static constexpr int PL_FALT = 1 << 5;
+  static constexpr int PL_VB = 1 << 6;
+  static constexpr int PL_PG = 1 << 7;
+  static constexpr int PL_PROV = 1 << 8;
+  static constexpr int PL_PROV_180 = 1 << 9;
+  static constexpr int PL_DUBB = 1 << 10;
+  static constexpr int PL_90 = 1 << 11;
+  static constexpr int PL_95 = 1 << 12;
+  static constexpr int PL_94 = 1 << 13;
+  static constexpr int PL_91 = 1 << 14;
+  static constexpr int PL_91_180 = 1 << 15;
+  static constexpr int PL_95_180 = 1 << 16;
+  static constexpr int PL_90_180 = 1 << 17;
+  static constexpr int PL_POR = 1 << 18;
+  static constexpr int PL_AVP = 1 << 19;
+  static constexpr int PL_96 = 1 << 20;
+  static constexpr int PL_97 = 1 << 21;
+  static constexpr int PL_98 = 1 << 22;
+  static constexpr int PL_BG = 1 << 23;
+  static constexpr int PL_PUMP = 1 << 24;
+  static constexpr int PL_MTN = 1 << 25;
+  static constexpr int PL_MTNR = 1 << 26;
+  static constexpr int PL_BERGDAG = 1 << 27;
+  static constexpr int PL_MATPOS = 1 << 28;
+
+  // The lock protocol (korvo_dbs_file.cpp). The lock file is AutoDbkNamn in
+  // the project directory, also when dbsfil points elsewhere.
+  //   1000: take the lock and open the existing database at dbsfil's path,
+  //         for reading (behorighet 1) or reading and writing, alone.
+  //   1001: close the database (flushed unless read only), release the lock.
+  //   1002: take the lock and create a new, empty database, alone; with
+  //         behorighet 1, open an existing one for reading instead.
+  // Taking the lock waits up to ten times 100 ms for another user's lock to
+  // go. Returns 0, or -1; after -1 from 1000 or 1002 this object holds no
+  // lock and no open file.
+  int Dbs_rw(int mode);
+
+  // Seeks to 0 and reads the header into prjdat; after a short read, what did
+  // not come reads as zero bytes. Returns the number of bytes read.
+  // REQUIRES: dbsfil is open.
+  int ReadHeader();
+  // Seeks to 0 and writes prjdat, the 408-byte form and nothing else.
+  // Returns 0, or -3 when the file cannot be written.
+  // REQUIRES: dbsfil is open for writing.
+  int WriteHeader();
+  // Reads a record of postlangd bytes at the file's position into `rec`,
+  // with pos set to that position. Returns the number of bytes read; `rec` is
+  // changed only when a whole record came.
+  // REQUIRES: dbsfil is open.
+  int ReadRecord(bhdbstype* rec);
+  // Writes `rec` in the form of postlangd bytes at offset `pos`. Returns 0,
+  // or -3 when the file cannot be written.
+  // REQUIRES: dbsfil is open for writing.
+  int WriteRecord(const bhdbstype& rec, int pos);
+
+ private:
+  void PrepareNewHeader();
+  std::wstring LockFilePath() const;
+  int TakeLock();
+  void ReleaseLock();
+  int OpenDatabase(int mode);
+};
+
+#endif  // KORVO_DATABASE_KORVO_DBS_H_

@@ -1,0 +1,389 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "korvo/context/proj_path.h"
+#include "korvo/database/dbs_format.h"
+#include "korvo/database/korvo_dbs.h"
+#include "korvo/foundation/coding.h"
+#include "korvo/foundation/messages.h"
+#include "korvo/platform/env.h"
+#include "korvo/testutil/temp_dir.h"
+
+namespace {
+
+using korvo::test::TempDir;
+
+// Opens the protected file operations to the tests.
+class TestDbs : public CKorvoDbs {
+ public:
+  using CKorvoDbs::CKorvoDbs;
+  using CKorvoDbs::Dbs_rw;
+  using CKorvoDbs::ReadHeader;
+  using CKorvoDbs::ReadRecord;
+  using CKorvoDbs::WriteHeader;
+  using CKorvoDbs::WriteRecord;
+};
+
+// Collects the notices shown while it lives.
+class Notices {
+ public:
+  Notices() {
+    old_ =
+        korvo::SetMessageHandler([this](const std::wstring&, const std::wstring& text, int, int) {
+          texts.push_back(text);
+          return korvo::IDOK;
+        });
+  }
+  ~Notices() { korvo::SetMessageHandler(old_); }
+  std::vector<std::wstring> texts;
+
+ private:
+  korvo::MessageHandler old_;
+};
+
+class DbsFileTest : public ::testing::Test {
+ protected:
+  DbsFileTest() { proj.SetPath(dir.wpath().c_str()); }
+
+  // A database made as a new project makes it: header only.
+  void MakeNewDatabase(TestDbs* dbs) {
+    dbs->ChangeReadWriteAccess(0);
+    ASSERT_EQ(dbs->Dbs_rw(1002), 0);
+    ASSERT_EQ(dbs->WriteHeader(), 0);
+    ASSERT_EQ(dbs->Dbs_rw(1001), 0);
+  }
+
+  TempDir dir;
+  CProjPath proj;
+  Notices notices;
+};
+
+template <size_t N>
+void Fill(wchar_t (&field)[N], const wchar_t* text) {
+  std::wmemset(field, L'\0', N);
+  std::wcsncpy(field, text, N - 1);
+}
+
+TEST_F(DbsFileTest, ANewDatabaseIsExactlyItsHeader) {
+  TestDbs dbs(&proj);
+  MakeNewDatabase(&dbs);
+  const std::string file = dir.Read("Korvodal.dbs");
+  ASSERT_EQ(file.size(), 408u);
+
+  std::string expected(408, '\0');
+  expected.replace(0, 3, "3.0");
+  std::string datum;
+  for (int i = 0; i < 10; ++i) datum += static_cast<char>(dbs.prjdat.Datum[i]);
+  expected.replace(86, 10, datum);
+  expected.replace(211, 3, "LOK");
+  expected.replace(324, 2, "\xF4\x01");  // slutpos 500
+  EXPECT_EQ(file, expected);
+  EXPECT_EQ(datum.size(), 10u);
+  EXPECT_EQ(datum[2], '.');
+  EXPECT_EQ(datum[5], '.');
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  EXPECT_TRUE(notices.texts.empty());
+}
+
+TEST_F(DbsFileTest, AHeaderReadBackFromTheFile) {
+  {
+    TestDbs dbs(&proj);
+    Fill(dbs.prjdat.Prjnamn, L"Søndre Ålesund");
+    dbs.prjdat.uppdnrfil = 17;
+    dbs.prjdat.guid[10] = 0xFEDCBA98u;
+    MakeNewDatabase(&dbs);
+  }
+  TestDbs other(&proj);
+  ASSERT_EQ(other.Dbs_rw(1000), 0);
+  EXPECT_EQ(other.ReadHeader(), 408);
+  EXPECT_EQ(other.Dbs_rw(1001), 0);
+  EXPECT_EQ(std::wstring(other.prjdat.Prjnamn), L"Søndre Ålesund");
+  EXPECT_EQ(other.prjdat.uppdnrfil, 17);
+  EXPECT_EQ(other.prjdat.guid[10], 0xFEDCBA98u);
+}
+
+TEST_F(DbsFileTest, AShortHeaderGivesWhatCameAndZerosForTheRest) {
+  dir.Write("Korvodal.dbs", std::string("4.0\0\0\0Vegves", 12));
+  TestDbs dbs(&proj);
+  Fill(dbs.prjdat.Uppdnamn, L"Statens vegvesen");
+  ASSERT_EQ(dbs.Dbs_rw(1000), 0);
+  EXPECT_EQ(dbs.ReadHeader(), 12);
+  dbs.Dbs_rw(1001);
+  EXPECT_EQ(std::wstring(dbs.prjdat.Dbsver), L"4.0");
+  EXPECT_EQ(std::wstring(dbs.prjdat.Uppdnamn), L"Vegves");
+  EXPECT_EQ(std::wstring(dbs.prjdat.Ksyst), L"");
+  EXPECT_EQ(dbs.prjdat.slutpos, 0);
+}
+
+bhdbstype Point(const wchar_t* id, float djup) {
+  bhdbstype r{};
+  Fill(r.id, id);
+  r.bit.Set(bhbit::Bh);
+  r.bit.Set(bhbit::Total);
+  r.x = 100.5;
+  r.sekt = CKorvoDbs::m_sek_noll;
+  r.djup = djup;
+  r.stopp = 91;
+  r.symbol = 7;
+  Fill(r.datum, L"24.12.2024");
+  return r;
+}
+
+// Writes two records behind a new header, in the form `size`, and reads
+// them back through the file.
+void WriteTwoAndReadBack(TestDbs* dbs, int size, std::vector<bhdbstype>* back) {
+  dbs->postlangd = size;
+  dbs->ChangeReadWriteAccess(0);
+  ASSERT_EQ(dbs->Dbs_rw(1000), 0);
+  ASSERT_EQ(dbs->WriteRecord(Point(L"AB1", 5.5f), 500), 0);
+  ASSERT_EQ(dbs->WriteRecord(Point(L"ÆØÅ", 12.25f), 500 + size), 0);
+  dbs->dbsfil.Seek(500, CFile::begin);
+  for (int i = 0; i < 2; ++i) {
+    bhdbstype r{};
+    ASSERT_EQ(dbs->ReadRecord(&r), size);
+    back->push_back(r);
+  }
+  bhdbstype none{};
+  EXPECT_EQ(dbs->ReadRecord(&none), 0);
+  EXPECT_EQ(none.id[0], L'\0');
+  ASSERT_EQ(dbs->Dbs_rw(1001), 0);
+}
+
+TEST_F(DbsFileTest, ShortRecordsFollowTheHeaderFrom500) {
+  TestDbs dbs(&proj);
+  MakeNewDatabase(&dbs);
+  std::vector<bhdbstype> back;
+  WriteTwoAndReadBack(&dbs, 62, &back);
+
+  const std::string file = dir.Read("Korvodal.dbs");
+  ASSERT_EQ(file.size(), 500u + 2 * 62);
+  EXPECT_EQ(file.substr(408, 92), std::string(92, '\0'));
+  EXPECT_EQ(file.substr(500, 9), std::string("AB1\0\0\0\0\0\0", 9));
+  EXPECT_EQ(file.substr(562, 9), std::string("\xC6\xD8\xC5\0\0\0\0\0\0", 9));
+  const auto* bytes = reinterpret_cast<const uint8_t*>(file.data());
+  EXPECT_EQ(korvo::DecodeFloat(bytes + 562 + 56), 12.25f);
+  EXPECT_EQ(korvo::DecodeFixed16(bytes + 562 + 60), 91);
+
+  ASSERT_EQ(back.size(), 2u);
+  EXPECT_EQ(back[0].pos, 500);
+  EXPECT_EQ(back[1].pos, 562);
+  EXPECT_EQ(std::wstring(back[1].id), L"ÆØÅ");
+  EXPECT_EQ(back[1].djup, 12.25f);
+  EXPECT_EQ(back[1].sekt, 9999999.9);
+  EXPECT_EQ(back[1].symbol, -1);
+  EXPECT_EQ(back[1].datum[0], L'\0');
+}
+
+TEST_F(DbsFileTest, LongRecordsLieAt500And593) {
+  TestDbs dbs(&proj);
+  MakeNewDatabase(&dbs);
+  std::vector<bhdbstype> back;
+  WriteTwoAndReadBack(&dbs, 93, &back);
+
+  const std::string file = dir.Read("Korvodal.dbs");
+  ASSERT_EQ(file.size(), 500u + 2 * 93);
+  EXPECT_EQ(file.substr(593, 9), std::string("\xC6\xD8\xC5\0\0\0\0\0\0", 9));
+  EXPECT_EQ(file.substr(593 + 82, 11), std::string("24.12.2024\0", 11));
+  ASSERT_EQ(back.size(), 2u);
+  EXPECT_EQ(back[1].pos, 593);
+  EXPECT_EQ(back[1].symbol, 7);
+  EXPECT_EQ(std::wstring(back[1].datum), L"24.12.2024");
+}
+
+// The lock.
+
+TEST_F(DbsFileTest, TheLockIsHeldFromOpenToClose) {
+  TestDbs dbs(&proj);
+  dbs.ChangeReadWriteAccess(0);
+  ASSERT_EQ(dbs.Dbs_rw(1002), 0);
+  EXPECT_TRUE(dbs.dbsfil.IsOpen());
+  EXPECT_EQ(dir.Read("Korvodal.dbk"), "Database busy!");
+  EXPECT_EQ(dbs.Dbs_rw(1001), 0);
+  EXPECT_FALSE(dbs.dbsfil.IsOpen());
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  EXPECT_TRUE(dir.Exists("Korvodal.dbs"));
+  EXPECT_EQ(dir.Read("Korvodal.dbs"), "");
+}
+
+TEST_F(DbsFileTest, ALockThatStaysMakesTheOpenFail) {
+  dir.Write("Korvodal.dbs", std::string(408, '\0'));
+  dir.Write("Korvodal.dbk", "someone else");
+  TestDbs dbs(&proj);
+  EXPECT_EQ(dbs.Dbs_rw(1000), -1);
+  EXPECT_FALSE(dbs.dbsfil.IsOpen());
+  EXPECT_EQ(dir.Read("Korvodal.dbk"), "someone else");  // not ours to remove
+  EXPECT_TRUE(notices.texts.empty());
+}
+
+TEST_F(DbsFileTest, ALockThatGoesDuringTheWaitLetsTheOpenOn) {
+  dir.Write("Korvodal.dbs", std::string(408, '\0'));
+  dir.Write("Korvodal.dbk", "someone else");
+  std::thread other([this] {
+    korvo::SleepMs(250);
+    std::filesystem::remove(dir.path() / "Korvodal.dbk");
+  });
+  TestDbs dbs(&proj);
+  const int opened = dbs.Dbs_rw(1000);
+  other.join();
+  EXPECT_EQ(opened, 0);
+  EXPECT_TRUE(dbs.dbsfil.IsOpen());
+  EXPECT_EQ(dir.Read("Korvodal.dbk"), "Database busy!");
+  EXPECT_EQ(dbs.Dbs_rw(1001), 0);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+}
+
+TEST_F(DbsFileTest, ANewDatabaseWhereOneExistsIsRefused) {
+  dir.Write("Korvodal.dbs", "old");
+  TestDbs dbs(&proj);
+  dbs.ChangeReadWriteAccess(0);
+  EXPECT_EQ(dbs.Dbs_rw(1002), -1);
+  EXPECT_EQ(notices.texts, std::vector<std::wstring>{L"Databasen finns redan !"});
+  EXPECT_FALSE(dbs.dbsfil.IsOpen());
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  EXPECT_EQ(dir.Read("Korvodal.dbs"), "old");
+}
+
+TEST_F(DbsFileTest, ReadOnlyCreateModeOpensAnExistingDatabaseAndMakesNone) {
+  TestDbs dbs(&proj);
+  EXPECT_EQ(dbs.Dbs_rw(1002), -1);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbs"));
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  dir.Write("Korvodal.dbs", "data");
+  EXPECT_EQ(dbs.Dbs_rw(1002), 0);
+  char buf[8] = {};
+  EXPECT_EQ(dbs.dbsfil.Read(buf, sizeof buf), 4u);
+  EXPECT_EQ(dbs.Dbs_rw(1001), 0);
+  EXPECT_TRUE(notices.texts.empty());
+}
+
+TEST_F(DbsFileTest, AMissingDatabaseFailsWithoutWordsAndWithoutLock) {
+  TestDbs dbs(&proj);
+  EXPECT_EQ(dbs.Dbs_rw(1000), -1);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  EXPECT_FALSE(dir.Exists("Korvodal.dbs"));
+  EXPECT_TRUE(notices.texts.empty());
+}
+
+TEST_F(DbsFileTest, ALockFileThatCannotBeMadeIsReported) {
+  CProjPath nowhere;
+  const std::wstring missing = dir.wpath() + korvo::kPathSeparator + L"missing";
+  nowhere.SetPath(missing.c_str());
+  TestDbs dbs(&nowhere);
+  EXPECT_EQ(dbs.Dbs_rw(1000), -1);
+  const std::wstring lock = missing + korvo::kPathSeparator + L"Korvodal.dbk";
+  EXPECT_EQ(notices.texts,
+            std::vector<std::wstring>{L"Failed to create a Lockfile " + lock +
+                                      L"\nDo you have write access in this folder?"});
+}
+
+TEST_F(DbsFileTest, TheLockLiesInTheProjectAlsoForADatabaseElsewhere) {
+  std::filesystem::create_directory(dir.path() / "sel");
+  dir.Write("sel/Urval.dbs", std::string(408, '\0'));
+  TestDbs dbs(&proj);
+  const std::wstring selection =
+      dir.wpath() + korvo::kPathSeparator + L"sel" + korvo::kPathSeparator + L"Urval.dbs";
+  dbs.dbsfil.SetFilePath(selection.c_str());
+  ASSERT_EQ(dbs.Dbs_rw(1000), 0);
+  EXPECT_EQ(dbs.GetDbsFileName(), selection);
+  EXPECT_TRUE(dir.Exists("Korvodal.dbk"));
+  EXPECT_FALSE(dir.Exists("sel/Korvodal.dbk"));
+  EXPECT_EQ(dbs.Dbs_rw(1001), 0);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+}
+
+TEST_F(DbsFileTest, AnUnknownModeDoesNothing) {
+  dir.Write("Korvodal.dbs", "x");
+  TestDbs dbs(&proj);
+  EXPECT_EQ(dbs.Dbs_rw(1003), -1);
+  EXPECT_EQ(dbs.Dbs_rw(0), -1);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  EXPECT_FALSE(dbs.dbsfil.IsOpen());
+}
+
+// Several processes race for the lock. They agree on moments of the shared
+// monotonic clock and all try at once at each of them; the losers then wake
+// from their waits together and race again. Each holder writes "+" and then
+// "-" to a shared log, so two holders at a time would show as "++".
+
+constexpr int kChildren = 3;
+constexpr int kRounds = 4;
+constexpr int64_t kRoundMs = 400;  // room for the three to take turns
+constexpr char kStartArg[] = "korvo-lock-start=";
+constexpr char kDirArg[] = "korvo-lock-dir=";
+
+std::string ChildArgument(const char* name) {
+  const std::string prefix = name;
+  for (const std::string& arg : ::testing::internal::GetArgvs()) {
+    if (arg.rfind(prefix, 0) == 0) return arg.substr(prefix.size());
+  }
+  return std::string();
+}
+
+void AppendToLog(const std::filesystem::path& log, const char* mark) {
+  std::ofstream out(log, std::ios::app | std::ios::binary);
+  out << mark << std::flush;
+}
+
+// Sleeps until shortly before `moment` and spins for the rest, so that the
+// children start within microseconds of each other.
+void WaitUntil(int64_t moment) {
+  while (korvo::ClockMs() < moment - 5) korvo::SleepMs(1);
+  while (korvo::ClockMs() < moment) {
+  }
+}
+
+TEST(DbsLockRaceChild, HoldsTheLockAlone) {
+  const std::string dir = ChildArgument(kDirArg);
+  if (dir.empty()) GTEST_SKIP() << "started by DbsLockRace only";
+  const int64_t start = std::stoll(ChildArgument(kStartArg));
+  CProjPath proj;
+  proj.SetPath(std::filesystem::path(dir).wstring().c_str());
+  TestDbs dbs(&proj);
+  const std::filesystem::path log = std::filesystem::path(dir) / "log.txt";
+  int held = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    WaitUntil(start + round * kRoundMs);
+    if (dbs.Dbs_rw(1000) != 0) continue;
+    AppendToLog(log, "+");
+    korvo::SleepMs(2);
+    AppendToLog(log, "-");
+    ASSERT_EQ(dbs.Dbs_rw(1001), 0);
+    ++held;
+  }
+  EXPECT_EQ(held, kRounds);
+}
+
+TEST(DbsLockRace, TwoProcessesNeverHoldItTogether) {
+  TempDir dir;
+  dir.Write("Korvodal.dbs", std::string(408, '\0'));
+  const std::string self = ::testing::internal::GetArgvs().at(0);
+  // Time enough for every child to start, also under a sanitizer.
+  const int64_t start = korvo::ClockMs() + 1500;
+  std::vector<int> results(kChildren, -1);
+  std::vector<std::thread> children;
+  for (int i = 0; i < kChildren; ++i) {
+    const std::string out = (dir.path() / ("child" + std::to_string(i) + ".out")).string();
+    const std::string command = "\"" + self + "\" --gtest_filter=DbsLockRaceChild.* " + kDirArg +
+                                dir.path().string() + " " + kStartArg + std::to_string(start) +
+                                " > \"" + out + "\"";
+    children.emplace_back([&results, command, i] { results[i] = std::system(command.c_str()); });
+  }
+  for (std::thread& t : children) t.join();
+
+  for (int i = 0; i < kChildren; ++i) EXPECT_EQ(results[i], 0) << "child " << i;
+  std::string pairs;
+  for (int i = 0; i < kChildren * kRounds; ++i) pairs += "+-";
+  EXPECT_EQ(dir.Read("log.txt"), pairs);
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+}
+
+}  // namespace

@@ -1,0 +1,31 @@
+// What every reader of a field file does alike before it reads: take the
+// file's two dates, and open a file that another user may be writing.
+#ifndef KORVO_FOUNDATION_FIELD_FILE_H_
+#define KORVO_FOUNDATION_FIELD_FILE_H_
+
+#include <string>
+
+#include "korvo/foundation/stdio_file_mem.h"
+
+namespace korvo {
+
+// The forms of the two file dates: the sounding document writes day first,
+// the field observation files year first.
+inline constexpr const wchar_t* kSoundingFileDate = L"%02.2d.%02.2d.%4d";
+inline constexpr const wchar_t* kObservationFileDate = L"%4d-%02.2d-%02.2d";
+
+// Sets `skapad` and `andrad` to the local dates of creation and last write of
+// the file at `path`, in `form` (one of the two above). Leaves both when there
+// is no file.
+void TakeFileDates(const std::wstring& path, const wchar_t* form, wchar_t (&skapad)[11],
+                   wchar_t (&andrad)[11]);
+
+// Opens `stream` on `path` for reading. A file that will not open is tried
+// three times with a short wait between (another user may be writing it);
+// then the user is asked whether to try again, and each failure asks again.
+// False when the user says no.
+bool OpenFieldFile(CStdioFileMem& stream, const std::wstring& path);
+
+}  // namespace korvo
+
+#endif  // KORVO_FOUNDATION_FIELD_FILE_H_
