@@ -102,7 +102,13 @@ class SoundingBlock : public list0<Row> {
   //   void PrepareForWrite(Row& row);         field rules applied before a row is written
   //   void AppendLeft(const Row& row, std::wstring& out);
   //
-  // The three operations may be static; a block whose rows depend on its head
+  // and, where a row has more behind its remark, optionally
+  //
+  //   std::wstring_view Remark(std::wstring_view line);  the remark's text
+  //   void ScanTail(std::wstring_view line, Row& row);
+  //   void AppendTail(const Row& row, std::wstring& out);  behind the remark
+  //
+  // The operations may be static; a block whose rows depend on its head
   // passes a `rows` object that looks at it (it is asked after the method line
   // has been read). Every line makes a row, filled from zeros. Returns 0, or
   // -1 when the stream ends right behind the code line.
@@ -115,7 +121,12 @@ class SoundingBlock : public list0<Row> {
       Row& row = this->sista->rec;
       const std::wstring_view text = CutAtNewline(line);
       rows.ScanLeft(text, row);
-      TakeRemark(text, Rows::kRemarkColumn, Rows::kCode, row);
+      if constexpr (requires { rows.Remark(text); }) {
+        TakeRemark(rows.Remark(text), Rows::kCode, row);
+      } else {
+        TakeRemark(RemarkAt(text, Rows::kRemarkColumn), Rows::kCode, row);
+      }
+      if constexpr (requires { rows.ScanTail(text, row); }) rows.ScanTail(text, row);
     }
     return 0;
   }
@@ -134,6 +145,7 @@ class SoundingBlock : public list0<Row> {
         line.clear();
         rows.AppendLeft(row, line);
         AppendRemark(line, Rows::kRemarkColumn, row.anm);
+        if constexpr (requires { rows.AppendTail(row, line); }) rows.AppendTail(row, line);
         line += L'\n';
         out += line;
         if (out.size() >= kWriteChunk) {
@@ -181,10 +193,10 @@ class SoundingBlock : public list0<Row> {
     return -1;
   }
 
-  // The remark from its column on (cut to the field), and the symbol of the
-  // first code that it names, if any.
-  void TakeRemark(std::wstring_view line, size_t column, int metod, Row& row) const {
-    CopyField(row.anm, RemarkAt(line, column));
+  // The remark (cut to the field), and the symbol of the first code that it
+  // names, if any.
+  void TakeRemark(std::wstring_view remark, int metod, Row& row) const {
+    CopyField(row.anm, remark);
     int words = 0;
     const kod* code = CKorvoSnd::Findkod(metod, row.anm, 0, &words, L"", kodsystem, 0);
     if (code != nullptr) {
