@@ -23,5 +23,6 @@
 #include "korvo/soundings/cpt_presentation.h"
 #include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/soundings/rock_methods.h"
 
 #endif  // KORVO_KORVO_H_
