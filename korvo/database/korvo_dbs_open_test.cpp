@@ -536,10 +536,10 @@ TEST_F(DbsSyncTest, ANewRecordMeetsAddedRemovedAndMovedPoints) {
   dbs.End();
   dbs.Ny(1, &fresh);
   Sync();
-  EXPECT_EQ(Rows(dbs),
-            (std::vector<Row>{{L"A", 500}, {L"D", 562}, {L"F", 0}, {L"C2", 624}, {L"E", 686}}));
   EXPECT_EQ(std::wstring(dbs.pael->id), L"F");
   EXPECT_EQ(dbs.pmael, dbs.pael);
+  EXPECT_EQ(Rows(dbs),
+            (std::vector<Row>{{L"A", 500}, {L"D", 562}, {L"F", 0}, {L"C2", 624}, {L"E", 686}}));
   EXPECT_EQ(dbs.prjdat.uppdnrfil, 6);
   EXPECT_EQ(dbs.prjdat.slutpos, 748);
   EXPECT_EQ(dbs.prjdat.antror, 1);
