@@ -266,7 +266,7 @@ int CKorvoDbs::CheckVersion(const std::wstring& path) {
 void CKorvoDbs::ReadRecords(OpenScan* scan, bool named, bool pack) {
   const int size = postlangd;
   while (scan->rpos + size <= scan->End()) {
-    bhdbstype rec{};
+    bhdbstype rec;  // every field but pos is decoded
     korvo::DecodeDbsRecord(scan->At(scan->rpos), size, &rec);
     rec.pos = scan->rpos;
     const bool has_id = rec.id[0] != L'\0';
