@@ -51,7 +51,7 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // left open, and never packed. Without a CProjPath the object makes one
   // for the directory of `namn` and owns it.
   // Returns 0; -1 when the file cannot be opened, when `namn` is given and
-  // the list is not empty, or when the version cannot be read; -4 when the
+  // the list is not empty, or when the version is one it cannot read; -4 when the
   // header is short.
   int Init(int behorighet, int ny, wchar_t* namn, CFile* fil);
   // The same; an empty `namn` stands for the project's database.
