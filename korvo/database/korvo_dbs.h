@@ -39,6 +39,14 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // Sets behorighet (1 read only, 0 read and write); nothing else happens.
   void ChangeReadWriteAccess(int behorighet);
 
+  // The project's GUID in its text form, 36 characters in small letters;
+  // empty when the header holds none (harguid not 1). See dbs_guid.cpp.
+  std::wstring GetGuidString();
+  // Stores a GUID given in its text form in the header's words. harguid is
+  // not touched and nothing is written; a text that is no GUID leaves the
+  // words as they were.
+  void SetGuidString(const std::wstring& guid);
+
   korvoprjdattype prjdat;  // the header
   CVaglinje* vaglinje;     // set by the caller, never owned; null: no line chosen
   int32_t reserv;
