@@ -22,5 +22,6 @@
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/code_table.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/soundings/rock_methods.h"
 
 #endif  // KORVO_KORVO_H_

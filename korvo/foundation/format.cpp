@@ -308,23 +308,23 @@ char* SmallFixed(char* buf, double v, int precision) {
   double hi, lo;
   TwoProduct(v, kPowersOfTen[precision], &hi, &lo);
   if (!(hi < 0x1p52)) return nullptr;
-  double n = std::floor(hi);
+  // hi is neither negative nor beyond 2^52 here, so truncation is the floor.
+  double n = static_cast<double>(static_cast<unsigned long long>(hi));
   double d = hi - n;  // exact
   // The low part is below half a unit of hi, and d and 0.5 are multiples of
   // that unit, so only a tie at 0.5 needs it.
   bool up = d > 0.5 || (d == 0.5 && (lo > 0 || (lo == 0 && std::fmod(n, 2.0) != 0)));
   auto scaled = static_cast<unsigned long long>(n) + (up ? 1 : 0);
-  auto unit = static_cast<unsigned long long>(kPowersOfTen[precision]);
+  // All digits at once, then the point put in: no division by a variable.
   char digits[24];
   char* end = digits + sizeof digits;
-  char* start = DigitsBackwards(end, scaled / unit, 10, false);
-  char* out = std::copy(start, end, buf);
+  char* start = DigitsBackwards(end, scaled, 10, false);
+  while (end - start < precision + 1) *--start = '0';
+  char* point = end - precision;
+  char* out = std::copy(start, point, buf);
   if (precision > 0) {
     *out++ = '.';
-    unsigned long long frac = scaled % unit;
-    for (int i = precision - 1; i >= 0; --i, frac /= 10)
-      out[i] = static_cast<char>('0' + frac % 10);
-    out += precision;
+    out = std::copy(point, end, out);
   }
   return out;
 }

@@ -13,6 +13,7 @@
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
+#include "korvo/soundings/rock_methods.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -181,9 +182,11 @@ void CKorvoSnd::Clear() {
 // Cpt, Dpt, Tlk, Prv, Mil, Gvr, Karnborr, VattenF.
 CKorvoSnd::~CKorvoSnd() {
   delete m_dreie;
+  delete m_fjell;
   delete m_dtrykk;
   delete m_enkel;
   delete m_ram;
+  delete m_total;
   delete m_tlk;
   delete own_proj_;
 }
@@ -210,6 +213,10 @@ int CKorvoSnd::New(int code) {
       return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
     case kCodeRam:
       return MakePart(m_ram, konvflagga, rensa, samlagring);
+    case kCodeTotal:
+      return MakePart(m_total, konvflagga, rensa, samlagring);
+    case kCodeFjell:
+      return MakePart(m_fjell, konvflagga, rensa, samlagring);
     case kCodeTlk:
       return MakePart(m_tlk, konvflagga, rensa, samlagring);
     default:
@@ -378,6 +385,12 @@ void CKorvoSnd::InitMethod(int code) {
     case kCodeRam:
       m_ram->Init(&m_snd, datum);
       break;
+    case kCodeTotal:
+      m_total->Init(&m_snd, datum);
+      break;
+    case kCodeFjell:
+      m_fjell->Init(&m_snd, datum);
+      break;
     default:
       break;
   }
@@ -538,6 +551,8 @@ void CKorvoSnd::WriteMethods() {
   // DPT, Kärnborr, Vattenförlust.
   if (m_dreie) m_dreie->Uppdat(&m_snd);
   if (m_ram) m_ram->Uppdat(&m_snd);
+  if (m_total) m_total->Uppdat(&m_snd);
+  if (m_fjell) m_fjell->Uppdat(&m_snd);
   if (m_dtrykk) m_dtrykk->Uppdat(&m_snd);
   if (m_enkel) m_enkel->Uppdat(&m_snd);
 }
