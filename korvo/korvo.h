@@ -21,6 +21,8 @@
 #include "korvo/platform/file.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/code_table.h"
+#include "korvo/soundings/cpt_presentation.h"
+#include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/soundings/rock_methods.h"
 

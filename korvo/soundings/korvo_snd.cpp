@@ -14,6 +14,7 @@
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/rock_methods.h"
+#include "korvo/soundings/korvo_cpt.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -187,6 +188,7 @@ CKorvoSnd::~CKorvoSnd() {
   delete m_enkel;
   delete m_ram;
   delete m_total;
+  delete m_cpt;
   delete m_tlk;
   delete own_proj_;
 }
@@ -217,6 +219,8 @@ int CKorvoSnd::New(int code) {
       return MakePart(m_total, konvflagga, rensa, samlagring);
     case kCodeFjell:
       return MakePart(m_fjell, konvflagga, rensa, samlagring);
+    case kCodeCpt:
+      return MakePart(m_cpt, konvflagga, rensa, samlagring);
     case kCodeTlk:
       return MakePart(m_tlk, konvflagga, rensa, samlagring);
     default:
@@ -360,8 +364,7 @@ void CKorvoSnd::ReadBlocks() {
         ReportPartNotMade(code, id);
       }
     } else if (code == kCodeCptHeader) {
-      korvo::ShowStatus(
-          korvo::Format(L"Kan inte skapa klassinformation för CPTHeader (Id=%s)", id));
+      ReadCptHeader();
     } else if (code != kCodeContinue) {
       korvo::ShowStatus(korvo::Format(L"Okänd metodkod (%d) för Id: %s", code, id));
       SkipToMarker(line_);
@@ -391,8 +394,20 @@ void CKorvoSnd::InitMethod(int code) {
     case kCodeFjell:
       m_fjell->Init(&m_snd, datum);
       break;
+    case kCodeCpt:
+      m_cpt->Init(&m_snd, datum);
+      break;
     default:
       break;
+  }
+}
+
+// The keyword header of a CPT follows its block, and belongs to it.
+void CKorvoSnd::ReadCptHeader() {
+  if (m_cpt) {
+    m_cpt->header.Init(&m_snd);
+  } else {
+    korvo::ShowStatus(korvo::Format(L"Kan inte skapa klassinformation för CPTHeader (Id=%s)", id));
   }
 }
 
@@ -555,6 +570,7 @@ void CKorvoSnd::WriteMethods() {
   if (m_fjell) m_fjell->Uppdat(&m_snd);
   if (m_dtrykk) m_dtrykk->Uppdat(&m_snd);
   if (m_enkel) m_enkel->Uppdat(&m_snd);
+  if (m_cpt) m_cpt->Uppdat(&m_snd);
 }
 
 void CKorvoSnd::WriteOtherParts() {
