@@ -13,8 +13,8 @@
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
-#include "korvo/soundings/rock_methods.h"
 #include "korvo/soundings/korvo_cpt.h"
+#include "korvo/soundings/rock_methods.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -301,6 +301,7 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   }
   if (ReadOtherFiles() < 0) return -1;
   CloseStreams();
+  SetSndBhstat();
   return 0;
 }
 
