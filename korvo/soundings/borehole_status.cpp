@@ -331,8 +331,13 @@ int CKorvoSnd::Snd2Bhbit(bhdbstype* rec) {
   // save follows.
   if (rock_is_new) Uppdat(nullptr, nullptr);
 
-  // Joins with the symbol numbers of the database: a version 4 database
-  // takes the number of NoSymb(0, &n) for the record at its cursor.
+  // Only the long records of version 4 keep a symbol. Its number is that of
+  // the database's current record, which is `rec` when the database asks.
   rec->symbol = -1;
+  if (m_dbs != nullptr && m_dbs->prjdat.Dbsver[0] == L'4' && m_dbs->pael != nullptr) {
+    int number = -1;
+    m_dbs->NoSymb(0, &number);
+    rec->symbol = number;
+  }
   return 0;
 }

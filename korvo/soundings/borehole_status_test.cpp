@@ -447,6 +447,22 @@ TEST_F(BoreholeStatusTest, GroundWaterLevelAloneCountsOnlyInTheRecord) {
   EXPECT_TRUE(rec.bit.Test(bhbit::Tlk));
 }
 
+TEST_F(BoreholeStatusTest, MapSymbolOnlyInVersionFourDatabases) {
+  for (const wchar_t* version : {L"4.0", L"3.0"}) {
+    CKorvoDbs dbs;
+    korvo::CopyField(dbs.prjdat.Dbsver, version);
+    dbs.Ny(1, nullptr);  // the record the database is saving, current
+    korvo::CopyField(dbs.pael->id, L"P1");
+    auto snd = NewDoc(&dbs);
+    snd->New(21);
+    snd->New(25);
+    AddRow(snd->m_dreie, 3.0f);
+    ASSERT_EQ(snd->Snd2Bhbit(dbs.pael), 0);
+    // A borehole with rotary and total sounding.
+    EXPECT_EQ(dbs.pael->symbol, version[0] == L'4' ? 1073741889 : -1) << version;
+  }
+}
+
 TEST_F(BoreholeStatusTest, KindOfTheDocument) {
   struct Case {
     const int* typ;
