@@ -15,9 +15,9 @@ constexpr unsigned kOpenWrite = 0x1001;
 // What each reading adds to the numbers of lines 1 to 6, so that a value
 // written with four decimals is not cut to the whole number below it.
 constexpr double kReadNudge = 0.0001;
-// Line 8 and on, up to a marker, are passed over; from the 100th line on, a
-// file without a marker has its rows there.
-constexpr int kFixedLines = 7;
+// The settings stand on the first seven lines. Line 8 and on, up to a marker,
+// are passed over; from the 100th line on, a file without a marker has its
+// rows there.
 constexpr int kFirstRowLine = 99;
 
 // `value` cut towards zero to a whole number, held to the range of an int.
