@@ -1,5 +1,7 @@
 #include "korvo/foundation/field_file.h"
 
+#include <string_view>
+
 #include "korvo/foundation/field_text.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
@@ -12,7 +14,8 @@ constexpr int kOpenTries = 3;
 constexpr int kRetryWaitMs = 200;
 
 void FormatDate(wchar_t (&field)[11], const wchar_t* form, const LocalTime& t) {
-  const bool year_first = form == kObservationFileDate;
+  // Compared by content: two uses of one inline string need not share an address.
+  const bool year_first = std::wstring_view(form) == kObservationFileDate;
   CopyField(field, year_first ? Format(form, t.year, t.month, t.day)
                               : Format(form, t.day, t.month, t.year));
 }
