@@ -293,7 +293,7 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   korvo::CopyField(id, pid ? pid : L"");
   orgnamn[0] = L'\0';
   const std::wstring path_read = m_snd.GetFilePath();
-  korvo::TakeFileDates(path_read, korvo::kSoundingFileDate, skapad, andrad);
+  korvo::TakeFileDates(path_read, korvo::FileDateForm::kSounding, skapad, andrad);
   if (korvo::FileExists(path_read) && korvo::OpenFieldFile(m_snd, path_read)) {
     typ = &Bh;
     ReadHead();

@@ -104,14 +104,14 @@ class SoundingBlock : public list0<Row> {
   //
   // and, where a row has more behind its remark, optionally
   //
-  //   static std::wstring_view Remark(std::wstring_view line);  the remark's text
-  //   static void ScanTail(std::wstring_view line, Row& row);
-  //   static void AppendTail(const Row& row, std::wstring& out);  behind the remark
+  //   std::wstring_view Remark(std::wstring_view line);  the remark's text
+  //   void ScanTail(std::wstring_view line, Row& row);
+  //   void AppendTail(const Row& row, std::wstring& out);  behind the remark
   //
-  // The three first operations may be static; a block whose rows depend on
-  // its head passes a `rows` object that looks at it (it is asked after the
-  // method line has been read). Every line makes a row, filled from zeros.
-  // Returns 0, or -1 when the stream ends right behind the code line.
+  // The operations may be static; a block whose rows depend on its head
+  // passes a `rows` object that looks at it (it is asked after the method line
+  // has been read). Every line makes a row, filled from zeros. Returns 0, or
+  // -1 when the stream ends right behind the code line.
   template <class Rows>
   int ReadBlock(CStdioFileMem* fil, const wchar_t* date, const Rows& rows = Rows()) {
     std::wstring line;  // one buffer for the whole block
@@ -121,12 +121,12 @@ class SoundingBlock : public list0<Row> {
       Row& row = this->sista->rec;
       const std::wstring_view text = CutAtNewline(line);
       rows.ScanLeft(text, row);
-      if constexpr (requires { Rows::Remark(text); }) {
-        TakeRemark(Rows::Remark(text), Rows::kCode, row);
+      if constexpr (requires { rows.Remark(text); }) {
+        TakeRemark(rows.Remark(text), Rows::kCode, row);
       } else {
         TakeRemark(RemarkAt(text, Rows::kRemarkColumn), Rows::kCode, row);
       }
-      if constexpr (requires { Rows::ScanTail(text, row); }) Rows::ScanTail(text, row);
+      if constexpr (requires { rows.ScanTail(text, row); }) rows.ScanTail(text, row);
     }
     return 0;
   }
@@ -145,7 +145,7 @@ class SoundingBlock : public list0<Row> {
         line.clear();
         rows.AppendLeft(row, line);
         AppendRemark(line, Rows::kRemarkColumn, row.anm);
-        if constexpr (requires { Rows::AppendTail(row, line); }) Rows::AppendTail(row, line);
+        if constexpr (requires { rows.AppendTail(row, line); }) rows.AppendTail(row, line);
         line += L'\n';
         out += line;
         if (out.size() >= kWriteChunk) {
