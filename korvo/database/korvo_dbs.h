@@ -77,6 +77,37 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // case), 0-9, "-" and "_", with "+" allowed as the last one. Else -1.
   int ValidIdNamn(const wchar_t* id);
 
+  // The project's GUID in its text form, 36 characters in small letters;
+  // empty when the header holds none (harguid not 1). See dbs_guid.cpp.
+  std::wstring GetGuidString();
+  // Stores a GUID given in its text form in the header's words. harguid is
+  // not touched and nothing is written; a text that is no GUID leaves the
+  // words as they were.
+  void SetGuidString(const std::wstring& guid);
+
+  // ---- Orders, searches and symbols (korvo_dbs_sort.cpp) ----
+
+  // Makes current the first record whose id is `id` (put into capitals in
+  // place, in the caller's buffer), or, with `pos` 0 or more, whose file
+  // offset is `pos`. Returns 0 and leaves the record current and the old one
+  // marked; -1 when none is found, with the cursor back where it was.
+  // `id` null with `pos` -1 finds nothing.
+  int Findid(wchar_t* id, long pos);
+  // Makes current the record that lies at the address `rec`, which a caller
+  // kept as a number. Returns 0, or -1 with the cursor back where it was.
+  int FindNuel(uintptr_t rec);
+  // Writes the short kind code of the current record into `kod` (at least 4
+  // characters): an Avp point's own code or "AVP", "VB", "DUB", "MTN", "GVR"
+  // or "BH". Returns 0.
+  int Kod(wchar_t* kod);
+  // The address of the map symbol image of the current record, in a buffer
+  // shared by every database and good until the next call. Stores the symbol
+  // number in `*nr` when `nr` is not null. With `val` 1 only images named in
+  // `symboler` are given by number; others give the "unknown" image.
+  wchar_t* NoSymb(int val, int* nr);
+  // An empty text, whatever the record and the arguments.
+  wchar_t* SvSymb(int val, int* nr);
+
   korvoprjdattype prjdat;  // the header
   CVaglinje* vaglinje;     // set by the caller, never owned; null: no line chosen
   int32_t reserv;
@@ -132,6 +163,17 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   static constexpr int PL_BERGDAG = 1 << 27;
   static constexpr int PL_MATPOS = 1 << 28;
 
+  // The comparison of Sortera and Omsortera: 1 when the marked record goes
+  // before the current one. The size of `key` chooses the column (1 name,
+  // numbers first; 2 x; 3 y; 4 z; 5 chainage; 6 distance from the line; 7 to
+  // 21 a flag or kind, see the .cpp), its sign the direction. Chainage and
+  // distance come from `vaglinje` when one is set, points within its area
+  // first. 0 for a key of 0 or beyond 21.
+  int Sortval(int key) override;
+  // Fills `symboler` with the names of the symbol images there are; no list
+  // is kept here, so nothing is added. Returns 0.
+  int ReadSymbols();
+
   // The lock protocol (korvo_dbs_file.cpp). The lock file is AutoDbkNamn in
   // the project directory, also when dbsfil points elsewhere.
   //   1000: take the lock and open the existing database at dbsfil's path,
@@ -173,6 +215,7 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
  private:
   struct OpenScan;
 
+  int CompareAlongLine(int size, bool ascending);
   void PrepareNewHeader();
   // Dbsver and verdel of the version a new database gets.
   void SetCurrentVersion();
