@@ -8,6 +8,7 @@
 #include "korvo/context/projekt_status.h"
 #include "korvo/context/transformation.h"
 #include "korvo/context/vaglinje.h"
+#include "korvo/database/dbs_guid.h"
 #include "korvo/database/dbs_records.h"
 #include "korvo/database/info_prj.h"
 #include "korvo/database/korvo_dbs.h"

@@ -232,43 +232,40 @@ class list0 {
     return -1;
   }
 
-  // Sorts the whole list by Sortval(key), stably. The same rows stay current
-  // and marked, but `plats` keeps its old value until the next Home, End or
-  // Goto_mark. Returns 0; -1 on an empty list. Records do not move.
-  // Throws "Minnebrist (Pek-Class list0)" or "Minnebrist (Sort-Class list0)"
-  // when out of memory (the list unchanged), and a std::wstring when the
-  // rows found differ from the row count.
-  int Sortera(int key) { return SorteraUrval(key); }
+  // Sorts the whole list by Sortval(key), stably: a row goes before an earlier
+  // one exactly when Sortval, with the earlier row at `pael` and the later at
+  // `pmael`, answers 1 or more. The same rows stay current and marked, but
+  // `plats` keeps its old value until the next Home, End or Goto_mark.
+  // Returns 0; -1 on an empty list. Records do not move. Throws "Minnebrist
+  // (Pek-Class list0)" when out of memory (the list unchanged), and a
+  // std::wstring when the rows found differ from the row count.
+  int Sortera(int key) {
+    if (antal < 1) return -1;
+    if (antal == 1) return 0;
+    Node* const saved_aktel = aktel;
+    Node* const saved_mark = mark;
+    const int found = CountNodes();
+    if (found != antal) ThrowSorteraCount(found);
+    MergeSort(key);
+    aktel = saved_aktel;
+    mark = saved_mark;
+    Set_pael();
+    Sort_mark();
+    return 0;
+  }
 
-  // Sorts a list that is nearly in order by Sortval(key): each row that stands
-  // before its predecessor is moved to its place from the front. Cheap when
-  // few rows are out of place. Returns 0; -1 on an empty list. Leaves cursor
-  // and mark where the last comparison put them: reposition with Home or
-  // Set_aktel. Throws "Internt sorteringsfel i Todbs::Sortera" when a row
-  // finds no place, and a std::wstring when the rows placed differ from the
-  // row count; both mean Sortval answers inconsistently.
+  // Sorts a list that is nearly in order by Sortval(key), into the same
+  // order as Sortera; rows already in order cost one comparison each. Returns
+  // 0; -1 on an empty list. Leaves cursor and mark where the last comparison
+  // put them: reposition with Home or Set_aktel. Throws "Minnebrist
+  // (Pek-Class list0)" when out of memory, and a std::wstring when the rows
+  // found differ from the row count.
   int Omsortera(int key) {
     if (antal < 1) return -1;
     if (antal == 1) return 0;
-    int placed = 1;
-    Node* a = forsta;
-    // A consistent Sortval places each row once; one that contradicts itself
-    // could put a row back where it was for ever, so more placements than rows
-    // end the walk and are reported as a miscount.
-    while (a->next != nullptr && placed <= antal) {
-      Node* b = a->next;
-      aktel = a;
-      Set_pael();
-      mark = b;
-      Sort_mark();
-      if (Sortval(key) < 1) {
-        a = b;
-      } else {
-        MoveBeforeFirstGreater(key, a, b);  // a gets another successor, or none
-      }
-      ++placed;
-    }
-    if (placed != antal) ThrowOmsorteraCount(placed);
+    const int found = CountNodes();
+    if (found != antal) ThrowOmsorteraCount(found);
+    MergeSort(key);
     return 0;
   }
 
@@ -330,6 +327,37 @@ class list0 {
     return 0;
   }
 
+  // The insertion sort that defines the order of Omsortera: each row that
+  // stands before its predecessor is taken out and put before the first row
+  // from the front that it goes before. Quadratic unless nearly sorted.
+  // Throws "Internt sorteringsfel i Todbs::Sortera" when a row finds no
+  // place, and a std::wstring when the rows placed differ from the row count;
+  // both mean that Sortval answers inconsistently.
+  int OmsorteraInsattning(int key) {
+    if (antal < 1) return -1;
+    if (antal == 1) return 0;
+    int placed = 1;
+    Node* a = forsta;
+    // A consistent Sortval places each row once; one that contradicts itself
+    // could put a row back where it was for ever, so more placements than rows
+    // end the walk and are reported as a miscount.
+    while (a->next != nullptr && placed <= antal) {
+      Node* b = a->next;
+      aktel = a;
+      Set_pael();
+      mark = b;
+      Sort_mark();
+      if (Sortval(key) < 1) {
+        a = b;
+      } else {
+        MoveBeforeFirstGreater(key, a, b);  // a gets another successor, or none
+      }
+      ++placed;
+    }
+    if (placed != antal) ThrowOmsorteraCount(placed);
+    return 0;
+  }
+
  private:
   static uint32_t NodeUnits() {
     return static_cast<uint32_t>((2 * sizeof(Node*) + sizeof(T) + 3) / 4);
@@ -386,6 +414,80 @@ class list0 {
       forsta = n;
     }
     c->prev = n;
+  }
+
+  int CountNodes() const {
+    int n = 0;
+    for (Node* x = forsta; x != nullptr; x = x->next) ++n;
+    return n;
+  }
+
+  // Whether the later node `b` goes before the earlier node `a`: Sortval
+  // with `a` current and `b` marked, as the selection sort asks.
+  bool LaterGoesFirst(int key, Node* a, Node* b) {
+    aktel = a;
+    pael = &a->rec;
+    mark = b;
+    pmael = &b->rec;
+    return Sortval(key) >= 1;
+  }
+
+  // A natural merge sort of the links. The list is cut into runs already in
+  // order, and neighbouring runs are merged, the later row first only when it
+  // goes before the earlier one. For every comparison that orders the rows
+  // totally once ties are broken by their places (the strict orders, the
+  // descending ones that answer 1 for equals, a constant 0 or 1) this is the
+  // order of the selection sort, with n log n comparisons instead of n^2.
+  // While merging only the next-links count; the back-links are set at the end.
+  void MergeSort(int key) {
+    Node** runs = new (std::nothrow) Node*[static_cast<size_t>(antal)];
+    if (runs == nullptr) throw L"Minnebrist (Pek-Class list0)";
+    int count = CutIntoRuns(key, runs);
+    while (count > 1) {
+      int merged = 0;
+      for (int i = 0; i + 1 < count; i += 2) runs[merged++] = MergeRuns(key, runs[i], runs[i + 1]);
+      if (count % 2 == 1) runs[merged++] = runs[count - 1];
+      count = merged;
+    }
+    forsta = runs[0];
+    delete[] runs;
+    Node* prev = nullptr;
+    for (Node* x = forsta; x != nullptr; x = x->next) {
+      x->prev = prev;
+      prev = x;
+    }
+    sista = prev;
+  }
+
+  // Cuts the chain where a row goes before its predecessor; each run ends in
+  // a null next-link. Returns the number of runs, their heads in `runs`.
+  int CutIntoRuns(int key, Node** runs) {
+    int count = 0;
+    runs[count++] = forsta;
+    for (Node* a = forsta; a->next != nullptr;) {
+      Node* b = a->next;
+      if (LaterGoesFirst(key, a, b)) {
+        a->next = nullptr;
+        runs[count++] = b;
+      }
+      a = b;
+    }
+    return count;
+  }
+
+  // Merges two sorted runs, every row of `first` coming from before every row
+  // of `second`. Returns the head of the merged run.
+  Node* MergeRuns(int key, Node* first, Node* second) {
+    Node* head = nullptr;
+    Node** tail = &head;
+    while (first != nullptr && second != nullptr) {
+      Node*& taken = LaterGoesFirst(key, first, second) ? second : first;
+      *tail = taken;
+      tail = &taken->next;
+      taken = taken->next;
+    }
+    *tail = first != nullptr ? first : second;
+    return head;
   }
 
   // Fills the tables in list order, at most `n` entries, rank 0 everywhere.

@@ -3,10 +3,13 @@
 #include <cstddef>
 #include <cstring>
 #include <initializer_list>
+#include <random>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "korvo/testutil/sort_check.h"
 
 namespace korvo {
 namespace {
@@ -18,9 +21,11 @@ struct Row {
 };
 
 // A data class as the library makes them: key 1 sorts by `key` ascending,
-// -1 descending, 2 answers 1 whatever the rows, anything else keeps the order.
+// -1 descending, 2 answers 1 whatever the rows, 3 and -3 answer 1 for equal
+// keys too (descending and ascending), anything else keeps the order.
 class Rows : public list0<Row> {
  public:
+  using list0<Row>::OmsorteraInsattning;
   using list0<Row>::SorteraUrval;
 
   int calls = 0;
@@ -35,6 +40,10 @@ class Rows : public list0<Row> {
         return pmael->key > pael->key ? 1 : 0;
       case 2:
         return 1;
+      case 3:
+        return pmael->key >= pael->key ? 1 : 0;
+      case -3:
+        return pmael->key <= pael->key ? 1 : 0;
       default:
         return 0;
     }
@@ -503,6 +512,36 @@ TEST(List0Sortera, MiscountIsThrownAsText) {
   EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));  // not relinked
 }
 
+TEST(List0Sortera, EqualRowsAreReversedWhenEqualAnswersOne) {
+  Rows list;
+  Fill(list, {2, 1, 2, 1});
+  EXPECT_EQ(list.Sortera(3), 0);
+  EXPECT_EQ(Ids(list), (Ints{3, 1, 4, 2}));
+  EXPECT_EQ(list.Omsortera(-3), 0);
+  EXPECT_EQ(Ids(list), (Ints{2, 4, 1, 3}));
+}
+
+// Random lists with many equal keys, of 0 to 120 rows.
+void FillRandom(Rows& list, std::mt19937& random) {
+  const int rows = static_cast<int>(random() % 121);
+  for (int i = 0; i < rows; ++i) {
+    Row row{static_cast<int>(random() % 8), i + 1, 0.0};
+    list.Ny(1, &row);
+  }
+}
+
+TEST(List0Sortera, MergeGivesTheOrdersOfTheReferenceSorts) {
+  EXPECT_EQ(test::FirstDisagreement<Rows>(FillRandom, {1, -1, 2, 3, -3, 0}, 60), "");
+}
+
+TEST(List0Omsortera, RowsInOrderCostOneComparisonEach) {
+  Rows list;
+  Fill(list, {1, 2, 2, 3, 5, 8, 13});
+  EXPECT_EQ(list.Omsortera(1), 0);
+  EXPECT_EQ(list.calls, 6);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3, 4, 5, 6, 7}));
+}
+
 TEST(List0Omsortera, NearlySortedListComesInOrder) {
   Rows list;
   Fill(list, {1, 2, 3, 8, 4, 5, 5, 6, 0, 7});
@@ -537,6 +576,7 @@ TEST(List0Omsortera, MiscountIsThrownAsText) {
 // Answers for a chosen pair of rows (by id) in a scripted order, 0 otherwise.
 class Scripted : public list0<Row> {
  public:
+  using list0<Row>::OmsorteraInsattning;
   int before = 0, after = 0;  // ids at pael and pmael
   std::vector<int> answers;   // for that pair, in turn; repeats the last
 
@@ -557,7 +597,8 @@ TEST(List0Omsortera, RowThatFindsNoPlaceIsReportedAndKept) {
   list.before = 2;
   list.after = 3;
   list.answers = {1, 0};  // 3 is out of order behind 2, then 2 will not take it
-  EXPECT_EQ(Thrown([&] { list.Omsortera(0); }), L"ptr:Internt sorteringsfel i Todbs::Sortera");
+  EXPECT_EQ(Thrown([&] { list.OmsorteraInsattning(0); }),
+            L"ptr:Internt sorteringsfel i Todbs::Sortera");
   EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
 }
 
@@ -569,7 +610,7 @@ TEST(List0Omsortera, ContradictionsEndInsteadOfLooping) {
   list.before = 1;
   list.after = 2;
   list.answers = {1, 0, 1, 0, 1, 0, 1, 0};
-  EXPECT_EQ(Thrown([&] { list.Omsortera(0); }),
+  EXPECT_EQ(Thrown([&] { list.OmsorteraInsattning(0); }),
             L"str:Fel i sortering\nAntal poster 3\nSorterade 4");
   EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
 }

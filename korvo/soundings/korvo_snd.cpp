@@ -301,6 +301,7 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   }
   if (ReadOtherFiles() < 0) return -1;
   CloseStreams();
+  SetSndBhstat();
   return 0;
 }
 
