@@ -48,15 +48,14 @@ std::string CountRepair(const korvoprjdattype& h, const Tally& listed) {
   CompareCount(changes, "pipes", h.antror, listed.pipes);
   CompareCount(changes, "vane borings", h.antvb, listed.vane_borings);
   if (changes.empty()) return "";
-  std::string text = "counts in the header corrected:";
+  std::string text = "header counts:";
   for (size_t i = 0; i < changes.size(); ++i) text += (i == 0 ? " " : ", ") + changes[i];
   return text;
 }
 
 std::string PackRepair(int deleted) {
   if (deleted <= 0) return "";
-  return "packed " + std::to_string(deleted) +
-         (deleted == 1 ? " deleted record" : " deleted records");
+  return "deleted records packed: " + std::to_string(deleted);
 }
 
 void AddIfAny(Json& list, const std::string& text) {
@@ -106,7 +105,7 @@ std::string CheckText(const Json& data) {
                     (dry_run ? ", read only\n" : "\n");
   for (const Json& n : data["notices"]) out += "  notice: " + n.get<std::string>() + '\n';
   for (const Json& r : data["repairs"]) {
-    out += (dry_run ? "  would be " : "  ") + r.get<std::string>() + '\n';
+    out += (dry_run ? "  to repair: " : "  repaired: ") + r.get<std::string>() + '\n';
   }
   if (data["repairs"].empty() && data["notices"].empty()) out += "  nothing to repair\n";
   return out;

@@ -189,17 +189,15 @@ TEST_F(KorvoProgram, CheckCorrectsTheCountsAndSaysSo) {
 
   Result dry = Run("check demo --dry-run");
   ASSERT_EQ(dry.status, 0) << dry.err;
-  EXPECT_NE(dry.out.find("would be counts in the header corrected: boreholes 40 -> " +
-                         std::to_string(real)),
+  EXPECT_NE(dry.out.find("  to repair: header counts: boreholes 40 -> " + std::to_string(real)),
             std::string::npos)
       << dry.out;
   EXPECT_EQ(ReadFile(Database()), bytes) << "a dry run wrote";
 
   const Result fix = Run("check demo");
   ASSERT_EQ(fix.status, 0) << fix.err;
-  EXPECT_NE(
-      fix.out.find("  counts in the header corrected: boreholes 40 -> " + std::to_string(real)),
-      std::string::npos)
+  EXPECT_NE(fix.out.find("  repaired: header counts: boreholes 40 -> " + std::to_string(real)),
+            std::string::npos)
       << fix.out;
   EXPECT_EQ(I16At(ReadFile(Database()), kAntbh), real);
   EXPECT_NE(Run("check demo").out.find("nothing to repair"), std::string::npos);
@@ -217,7 +215,7 @@ TEST_F(KorvoProgram, CheckPacksDeletedRecords) {
 
   const Result r = Run("check demo --json");
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("\"packed 1 deleted record\""), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"deleted records packed: 1\""), std::string::npos) << r.out;
   const std::string after = ReadFile(Database());
   EXPECT_EQ(I16At(after, kAntrader), 0);
   EXPECT_EQ(I32At(after, kSlutpos), end - static_cast<int32_t>(kRecordSize));
