@@ -173,13 +173,9 @@ Json Interpretation(CKorvoTlk* tlk) {
   return j;
 }
 
-// The database record of `id`, with the cursor on it; null when there is none.
-Json FindRecord(CKorvoDbs& dbs, const std::wstring& id) {
-  if (dbs.Home() != 0) return nullptr;
-  do {
-    if (id == dbs.pael->id) return RecordJson(dbs);
-  } while (dbs++ != nullptr);
-  return nullptr;
+// The database record of `id`; null when there is none.
+Json FindRecord(CKorvoDbs& dbs, std::wstring id) {
+  return dbs.Findid(id.data(), -1) == 0 ? RecordJson(dbs) : Json(nullptr);
 }
 
 Json PointJson(CKorvoSnd& point) {
