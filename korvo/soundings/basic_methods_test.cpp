@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "korvo/context/proj_path.h"
-#include "korvo/foundation/messages.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/block_io.h"
+#include "korvo/testutil/point_project.h"
 
 namespace {
 
@@ -18,56 +16,11 @@ std::string MethodLine(const std::string& numbers) {
   return numbers + " GUID " + kGuid + "\r\n";
 }
 
-// A row as the writer writes it: the left part, blanks up to the remark
-// column, the remark.
 std::string Line(const std::string& left, const std::string& remark = "", size_t column = 22) {
-  std::string line = left;
-  if (line.size() < column) line.append(column - line.size(), ' ');
-  return line + remark + "\r\n";
+  return korvo::test::Padded(left, remark, column);
 }
 
-std::string Narrow(const std::wstring& text) {
-  std::string out;
-  for (wchar_t c : text) out += static_cast<char>(c);
-  return out;
-}
-
-// Reads and writes single blocks through the stream the document uses.
-class BasicMethodsTest : public testing::Test {
- protected:
-  // Reads a block from `bytes`, which start with its code line.
-  template <class Block>
-  int Read(const std::string& bytes, Block& block, const wchar_t* date = L"09.03.2014") {
-    dir_.Write("in.txt", bytes);
-    CStdioFileMem in;
-    EXPECT_TRUE(in.Open(dir_.File("in.txt").c_str(), 0));
-    std::wstring code_line;
-    in.ReadString(code_line);
-    const int result = block.Init(&in, date);
-    in.Close();
-    return result;
-  }
-  // The bytes a block writes.
-  template <class Block>
-  std::string Write(Block& block) {
-    CStdioFileMem out;
-    EXPECT_TRUE(out.Open(dir_.File("out.txt").c_str(), 0x1001));
-    EXPECT_EQ(block.Uppdat(&out), 0);
-    out.Close();
-    return dir_.Read("out.txt");
-  }
-  // Reads `block_bytes` (marker, code line, ...) and writes it back.
-  template <class Block>
-  std::string RoundTrip(const std::string& block_bytes, Block& block) {
-    const std::string code_line = block_bytes.substr(3, block_bytes.find("\r\n", 3) - 3);
-    const std::string date = code_line.size() > 3 ? code_line.substr(3) : "";
-    const std::wstring wdate(date.begin(), date.end());
-    EXPECT_EQ(Read(block_bytes.substr(3), block, wdate.c_str()), 0);  // behind the marker
-    return Write(block);
-  }
-
-  korvo::test::TempDir dir_;
-};
+class BasicMethodsTest : public testing::Test, protected korvo::test::BlockIo {};
 
 TEST_F(BasicMethodsTest, RotaryBlockComesBackByteIdentical) {
   const std::string bytes = "*\r\n21 09.03.2014\r\n" + MethodLine("1.000000 91 2 0 1 7 Sten") +
@@ -238,7 +191,8 @@ TEST_F(BasicMethodsTest, GuidIsKeptFromThirtySixCharactersOn) {
   const std::string written = Write(short_one);
   EXPECT_EQ(written.find(guid35), std::string::npos);
   ASSERT_EQ(short_one.guid.size(), 36u);
-  EXPECT_NE(written.find(" GUID " + Narrow(short_one.guid)), std::string::npos);
+  EXPECT_NE(written.find(" GUID " + std::string(short_one.guid.begin(), short_one.guid.end())),
+            std::string::npos);
 
   // A new block gets one at its first save and keeps it after that.
   CKorvoDtrykk fresh(1, 0, 0);
@@ -280,34 +234,11 @@ TEST_F(BasicMethodsTest, NewBlockTakesTheChosenCodeSystem) {
   CKorvoSnd::Kodtyp = before;
   EXPECT_STREQ(own.kodsystem, L"KRV");
   EXPECT_NE(Write(own).find("\r\n0.000000 0 0 0 0 0  GUID "), std::string::npos);
-
-  CKorvoEnkel other(1, 2, 3);
-  EXPECT_STREQ(other.kodsystem, L"SGF");
-  EXPECT_EQ(other.rensa, 2);
-  EXPECT_EQ(other.samlagring, 3);
+  EXPECT_STREQ(CKorvoEnkel(1, 0, 0).kodsystem, L"SGF");
 }
 
 // The four blocks inside a point's .SND file.
-class BasicBlocksInDocumentTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directory(dir_.path() / "Dbf");
-    proj_.SetPath(dir_.wpath().c_str());
-    old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-  }
-  void TearDown() override { korvo::SetStatusHandler(old_status_); }
-
-  static std::string Head() {
-    return "6500100.250000\r\n1500200.750000\r\n12.340000\r\n9999999.900000\r\n0.000000\r\n"
-           "0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\n"
-           "GUID 0f8fad5b-d9cb-469f-a165-70867728950e\r\n";
-  }
-
-  korvo::test::TempDir dir_;
-  CProjPath proj_;
-  std::vector<std::wstring> status_;
-  korvo::StatusHandler old_status_;
-};
+using BasicBlocksInDocumentTest = korvo::test::PointProjectTest;
 
 TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
   const std::string dreie = "*\r\n21 09.03.2014\r\n" + MethodLine("0.000000 0 0 0 1 0 ") +
@@ -318,10 +249,10 @@ TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
                              Line("  3.000   40  ", "R1", 15);
   const std::string enkel_rows = MethodLine("0.000000 0 0 0 1 0 ") + Line("  0.500    3  ", "sa");
   const std::string enkel = "*\r\n22 2014-03-12\r\n" + enkel_rows;
-  dir_.Write("Dbf/P1.SND", Head() + enkel + dtrykk + ram + dreie + "*\r\n");
+  WriteField("P1.SND", korvo::test::PointHead() + enkel + dtrykk + ram + dreie + "*\r\n");
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"P1", nullptr), 0);
-  EXPECT_TRUE(status_.empty());
+  EXPECT_TRUE(notices_.status.empty());
   ASSERT_TRUE(snd.m_dreie && snd.m_ram && snd.m_dtrykk && snd.m_enkel);
   EXPECT_STREQ(snd.m_enkel->datum, L"12.03.2014");
   EXPECT_STREQ(snd.m_dreie->datum, L"09.03.2014");
@@ -329,13 +260,14 @@ TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
 
   snd.Uppdat(nullptr, nullptr);
   const std::string normalised = "*\r\n22 12.03.2014\r\n" + enkel_rows;
-  EXPECT_EQ(dir_.Read("Dbf/P1.SND"), Head() + dreie + ram + dtrykk + normalised + "*\r\n");
+  EXPECT_EQ(ReadField("P1.SND"),
+            korvo::test::PointHead() + dreie + ram + dtrykk + normalised + "*\r\n");
 }
 
 TEST_F(BasicBlocksInDocumentTest, ALaterBlockOfTheSameCodeReplacesTheFirst) {
-  dir_.Write("Dbf/P2.SND", Head() + "*\r\n21 01.01.2001\r\n0 0 0 0 1\r\n" + Line("  1.000    1 5") +
-                               "*\r\n21 02.02.2002\r\n0 0 0 0 1\r\n" + Line("  2.000    2 5") +
-                               Line("  3.000    3 5"));
+  WriteField("P2.SND", korvo::test::PointHead() + "*\r\n21 01.01.2001\r\n0 0 0 0 1\r\n" +
+                           Line("  1.000    1 5") + "*\r\n21 02.02.2002\r\n0 0 0 0 1\r\n" +
+                           Line("  2.000    2 5") + Line("  3.000    3 5"));
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"P2", nullptr);
   ASSERT_NE(snd.m_dreie, nullptr);

@@ -8,9 +8,9 @@
 
 #include "korvo/context/auto_ini.h"
 #include "korvo/context/proj_path.h"
-#include "korvo/foundation/messages.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/notices.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -37,26 +37,6 @@ class CodeTableTest : public testing::Test {
 
   kod saved_[28];
 };
-
-TEST_F(CodeTableTest, BuiltInTableAndLoadWords) {
-  EXPECT_EQ(CKorvoSnd::Ikod1, 28);
-  EXPECT_EQ(CKorvoSnd::Ivikt, 9);
-  const kod& first = CKorvoSnd::Akod1[0];
-  EXPECT_STREQ(first.kod, L"10");
-  EXPECT_STREQ(first.symbol, L"");
-  const kod& peat = CKorvoSnd::Akod1[3];
-  EXPECT_EQ(peat.material, 1);
-  EXPECT_STREQ(peat.kod, L"31");
-  EXPECT_STREQ(peat.text, L"T\u00d8");
-  EXPECT_STREQ(peat.symbol, L"\u00de");
-  const kod& last = CKorvoSnd::Akod1[27];
-  EXPECT_STREQ(last.text, L"MY");
-  EXPECT_STREQ(last.symbol, L"\u00f0");
-  // B1 is a code of the rock-reaching methods only: Total and Fjell.
-  const int b1[10] = {0, 0, 0, 0, 0, 1, 1, 0, 0, 0};
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1[12].metoder, b1, sizeof b1), 0);
-  EXPECT_STREQ(CKorvoSnd::Vikter[8], L"SL");
-}
 
 TEST_F(CodeTableTest, WordsAreUpperCasedAndEitherFormOfACodeFindsItsRow) {
   int antal = 0;
@@ -162,11 +142,6 @@ class ReadKodTest : public CodeTableTest {
     proj_.SetPath(dir_.wpath().c_str());
     ini_.ParKat = dir_.File("par");
     ini_.ProgKat = dir_.wpath();
-    old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-  }
-  void TearDown() override {
-    korvo::SetStatusHandler(old_status_);
-    CodeTableTest::TearDown();
   }
 
   void Setting(const std::string& value) {
@@ -191,33 +166,32 @@ class ReadKodTest : public CodeTableTest {
   korvo::test::TempDir dir_;
   CProjPath proj_;
   CAutoIni ini_;
-  std::vector<std::wstring> status_;
-  korvo::StatusHandler old_status_;
+  korvo::test::Notices notices_;
+  std::vector<std::wstring>& status_ = notices_.status;
 };
 
-TEST_F(ReadKodTest, WithoutSettingsObjectOrWithStandardTheTableStays) {
+TEST_F(ReadKodTest, WithoutSettingsStandardOrACodeSetWithoutKodfilTheTableStays) {
   CKorvoSnd plain(&proj_, nullptr, nullptr);
-  EXPECT_FALSE(Valid(21, L"R1"));
-  Setting("STANDARD");
-  Open();
+  for (const char* value : {"STANDARD", "EGEN"}) {
+    Setting(value);
+    Open();
+  }
   EXPECT_FALSE(Valid(21, L"R1"));
   EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1, saved_, sizeof saved_), 0);
+  EXPECT_TRUE(status_.empty());
 }
 
 TEST_F(ReadKodTest, AllaAndAnEmptyOrMissingValueMakeEveryCodeValid) {
-  Setting("ALLA");
-  Open();
-  EXPECT_TRUE(EverythingValid());
-
-  std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
-  Setting("");
-  Open();
-  EXPECT_TRUE(EverythingValid());
-
-  std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
-  std::filesystem::remove(dir_.path() / "par" / "korvo.ini");
-  Open();
-  EXPECT_TRUE(EverythingValid());
+  for (const char* value : {"ALLA", "", static_cast<const char*>(nullptr)}) {
+    std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
+    if (value) {
+      Setting(value);
+    } else {
+      std::filesystem::remove(dir_.path() / "par" / "korvo.ini");
+    }
+    Open();
+    EXPECT_TRUE(EverythingValid()) << (value ? value : "no korvo.ini");
+  }
 }
 
 TEST_F(ReadKodTest, AChangeStaysForTheRestOfTheProcess) {
@@ -266,13 +240,6 @@ TEST_F(ReadKodTest, ACodeSetIsReadFromKodfil) {
   // Words are compared as written: no upper-casing, and three digits at most.
   EXPECT_EQ(status_[1], L"Fel kod Q sa i " + path);
   EXPECT_EQ(status_[2], L"Fel kod K 340 i " + path);
-}
-
-TEST_F(ReadKodTest, ACodeSetWithoutKodfilLeavesTheTable) {
-  Setting("EGEN");
-  Open();
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1, saved_, sizeof saved_), 0);
-  EXPECT_TRUE(status_.empty());
 }
 
 }  // namespace

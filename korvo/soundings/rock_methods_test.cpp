@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "korvo/context/proj_path.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/block_io.h"
+#include "korvo/testutil/point_project.h"
 
 namespace {
 
@@ -17,54 +17,19 @@ std::string MethodLine(const std::string& numbers) {
   return numbers + " GUID " + kGuid + "\r\n";
 }
 
-// A row as the writer writes it: the left part, blanks up to the remark
-// column, the remark.
 std::string Line(const std::string& left, const std::string& remark = "", size_t column = 29) {
-  std::string line = left;
-  if (line.size() < column) line.append(column - line.size(), ' ');
-  return line + remark + "\r\n";
+  return korvo::test::Padded(left, remark, column);
 }
 
-// The part of a written block behind its method line.
-std::string Rows(const std::string& written) {
-  return written.substr(written.find("\r\n", written.find(" GUID ")) + 2);
-}
+using korvo::test::RowsOf;
 
-class RockMethodsTest : public testing::Test {
+class RockMethodsTest : public testing::Test, protected korvo::test::BlockIo {
  protected:
-  // Reads a block from `bytes`, which start with its code line.
-  template <class Block>
-  int Read(const std::string& bytes, Block& block) {
-    dir_.Write("in.txt", bytes);
-    CStdioFileMem in;
-    EXPECT_TRUE(in.Open(dir_.File("in.txt").c_str(), 0));
-    std::wstring code_line;
-    in.ReadString(code_line);
-    const int result = block.Init(&in, L"09.03.2014");
-    in.Close();
-    return result;
-  }
-  template <class Block>
-  std::string Write(Block& block) {
-    CStdioFileMem out;
-    EXPECT_TRUE(out.Open(dir_.File("out.txt").c_str(), 0x1001));
-    EXPECT_EQ(block.Uppdat(&out), 0);
-    out.Close();
-    return dir_.Read("out.txt");
-  }
-  // Reads a whole block, marker and code line of date 09.03.2014 first.
-  template <class Block>
-  std::string RoundTrip(const std::string& block_bytes, Block& block) {
-    EXPECT_EQ(Read(block_bytes.substr(3), block), 0);
-    return Write(block);
-  }
   static int Count(list0<totaltype>& block) {
     int rows = 0;
     block.Where(&rows);
     return rows;
   }
-
-  korvo::test::TempDir dir_;
 };
 
 TEST_F(RockMethodsTest, FjellCarriesItsFourthColumn) {
@@ -170,9 +135,9 @@ TEST_F(RockMethodsTest, TotalLinesTheWriterNeverWrites) {
 
   const std::string written = Write(block);
   EXPECT_NE(written.find("\r\n0.000000 93 0 0 0 0  GUID "), std::string::npos);
-  EXPECT_EQ(Rows(written), Line("  1.000    12     3 TR", "abcdefghijklmnopqrstuvwxy") +
-                               Line("  2.000    15     4 TR") + Line("  3.000     1     2 TR") +
-                               Line("  0.000     0     0 TR"));
+  EXPECT_EQ(RowsOf(written), Line("  1.000    12     3 TR", "abcdefghijklmnopqrstuvwxy") +
+                                 Line("  2.000    15     4 TR") + Line("  3.000     1     2 TR") +
+                                 Line("  0.000     0     0 TR"));
 }
 
 TEST_F(RockMethodsTest, NewTotalIsOfTheLatestGeneration) {
@@ -184,10 +149,12 @@ TEST_F(RockMethodsTest, NewTotalIsOfTheLatestGeneration) {
   const std::string head = "*\r\n25 \r\n0.000000 0 0 5 1 0  GUID ";
   EXPECT_EQ(written.substr(0, head.size()), head);
   // The word of a row is not written in this generation.
-  EXPECT_EQ(Rows(written), Line("  1.500     7     2    30", "TR"));
+  EXPECT_EQ(RowsOf(written), Line("  1.500     7     2    30", "TR"));
 }
 
 TEST_F(RockMethodsTest, ConversionOfEachGeneration) {
+  const char* kOld = "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n";
+  const char* kNew = "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n";
   const struct {
     int from;
     int to;
@@ -196,42 +163,14 @@ TEST_F(RockMethodsTest, ConversionOfEachGeneration) {
     int tal3[2];
     const char* first_written;
   } cases[] = {
-      {0,
-       4,
-       "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n",
-       {0, 12},
-       {120, 0},
-       "  1.000     0     3   120"},
-      {1,
-       5,
-       "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n",
-       {0, 12},
-       {120, 0},
-       "  1.000     0     3   120"},
-      {2,
-       4,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {150, -20},
-       "  1.000    12     3   150"},
-      {3,
-       5,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {150, -20},
-       "  1.000    12     3   150"},
-      {4,
-       4,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {15, -2},
-       "  1.000    12     3    15"},
-      {5,
-       5,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {15, -2},
-       "  1.000    12     3    15"},
+      // clang-format off
+      {0, 4, kOld, {0, 12}, {120, 0}, "  1.000     0     3   120"},
+      {1, 5, kOld, {0, 12}, {120, 0}, "  1.000     0     3   120"},
+      {2, 4, kNew, {12, -4}, {150, -20}, "  1.000    12     3   150"},
+      {3, 5, kNew, {12, -4}, {150, -20}, "  1.000    12     3   150"},
+      {4, 4, kNew, {12, -4}, {15, -2}, "  1.000    12     3    15"},
+      {5, 5, kNew, {12, -4}, {15, -2}, "  1.000    12     3    15"},
+      // clang-format on
   };
   for (const auto& c : cases) {
     CKorvoTotal block(1, 0, 0);
@@ -246,7 +185,7 @@ TEST_F(RockMethodsTest, ConversionOfEachGeneration) {
       EXPECT_STREQ(block.pael->typ, L"") << c.from << " row " << i;
     }
     // Converted rows are written with three numbers.
-    EXPECT_EQ(Rows(Write(block)).substr(0, 25), c.first_written) << c.from;
+    EXPECT_EQ(RowsOf(Write(block)).substr(0, 25), c.first_written) << c.from;
   }
 }
 
@@ -311,28 +250,24 @@ TEST_F(RockMethodsTest, MyKodLooksWithTheBlocksOwnMethod) {
 }
 
 // The two blocks inside a point's .SND file, in their place in the file order.
-TEST_F(RockMethodsTest, DocumentMakesReadsAndWritesBothInFileOrder) {
-  std::filesystem::create_directory(dir_.path() / "Dbf");
-  CProjPath proj;
-  proj.SetPath(dir_.wpath().c_str());
-  const std::string head =
-      "0.000000\r\n0.000000\r\n5.000000\r\n9999999.900000\r\n0.000000\r\n"
-      "0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\n"
-      "GUID 0f8fad5b-d9cb-469f-a165-70867728950e\r\n";
+class RockBlocksInDocumentTest : public korvo::test::PointProjectTest {};
+
+TEST_F(RockBlocksInDocumentTest, DocumentMakesReadsAndWritesBothInFileOrder) {
+  const std::string head = korvo::test::PointHead();
   const std::string fjell = "*\r\n26 01.02.2020\r\n" + MethodLine("0.000000 94 0 7 1 0 ") +
                             Line("  3.000   10  ", "F", 22);
   const std::string total = "*\r\n25 02.02.2020\r\n" + MethodLine("0.000000 93 0 1 1 0 ") +
                             Line("  1.000    12     3 SL");
   const std::string ram =
       "*\r\n24 03.02.2020\r\n" + MethodLine("0.000000 0 0 0 1 0 ") + Line("  0.200 12 3", "", 22);
-  dir_.Write("Dbf/R1.SND", head + fjell + total + ram + "*\r\n");
-  CKorvoSnd snd(&proj, nullptr);
+  WriteField("R1.SND", head + fjell + total + ram + "*\r\n");
+  CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"R1", nullptr), 0);
   ASSERT_TRUE(snd.m_fjell && snd.m_total && snd.m_ram);
   EXPECT_EQ(snd.m_fjell->format, 7);
   EXPECT_EQ(snd.m_total->format, 1);
   snd.Uppdat(nullptr, nullptr);
-  EXPECT_EQ(dir_.Read("Dbf/R1.SND"), head + ram + total + fjell + "*\r\n");
+  EXPECT_EQ(ReadField("R1.SND"), head + ram + total + fjell + "*\r\n");
 
   // New replaces a block with an empty one of the latest generation.
   EXPECT_EQ(snd.New(25), 1);
