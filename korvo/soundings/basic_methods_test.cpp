@@ -4,9 +4,11 @@
 
 #include <string>
 
+#include "korvo/foundation/format.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/testutil/block_io.h"
 #include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
@@ -20,6 +22,30 @@ std::string Line(const std::string& left, const std::string& remark = "", size_t
   return korvo::test::Padded(left, remark, column);
 }
 
+using korvo::test::Texts;
+
+// Each row as "depth count(s) [load word] [remark] {symbol}".
+std::wstring Describe(const dreietype& r) {
+  return korvo::Format(L"%.3f %d %s [%s] {%s}", r.djup, r.varv, r.vikt, r.anm, r.symbol);
+}
+std::wstring Describe(const ramsondtype& r) {
+  return korvo::Format(L"%.3f %d %d [%s] {%s}", r.djup, r.tal1, r.tal2, r.anm, r.symbol);
+}
+template <class Row>
+std::wstring Describe(const Row& r) {
+  return korvo::Format(L"%.3f %d [%s] {%s}", r.djup, r.varv, r.anm, r.symbol);
+}
+template <class Block>
+Texts Rows(Block& block) {
+  return korvo::test::EachRow(block, [](const auto& r) { return Describe(r); });
+}
+// The method line as "flag stop digit count [stop text] code system date".
+template <class Block>
+std::wstring Head(const Block& b) {
+  return korvo::Format(L"%d %d %d %d [%s] %s %s", b.flagga1, b.stopp, b.digit, b.metodtal,
+                       b.stopptext, b.kodsystem, b.datum);
+}
+
 class BasicMethodsTest : public testing::Test, protected korvo::test::BlockIo {};
 
 TEST_F(BasicMethodsTest, RotaryBlockComesBackByteIdentical) {
@@ -31,35 +57,14 @@ TEST_F(BasicMethodsTest, RotaryBlockComesBackByteIdentical) {
   CKorvoDreie block(1, 0, 0);
   EXPECT_EQ(RoundTrip(bytes, block), bytes);
 
-  EXPECT_EQ(block.flagga1, 1);
-  EXPECT_EQ(block.stopp, 91);
-  EXPECT_EQ(block.digit, 2);
-  EXPECT_EQ(block.metodtal, 7);
-  EXPECT_STREQ(block.stopptext, L"Sten");
-  EXPECT_STREQ(block.kodsystem, L"SGF");
-  EXPECT_STREQ(block.datum, L"09.03.2014");
+  EXPECT_EQ(Head(block), L"1 91 2 7 [Sten] SGF 09.03.2014");
   EXPECT_EQ(block.guid, L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f");
-  int rows = 0;
-  block.Where(&rows);
-  ASSERT_EQ(rows, 5);
-  block.Home();
-  block++;
-  const dreietype& clay = *block.pael;
-  EXPECT_FLOAT_EQ(clay.djup, 1.2f);
-  EXPECT_EQ(clay.varv, 12);
-  EXPECT_STREQ(clay.vikt, L"25");
-  EXPECT_STREQ(clay.anm, L"le, gr\u00e5 SA");
-  EXPECT_STREQ(clay.symbol, L"\u00b3");  // LE; the words behind the comma don't count
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"SL");
-  EXPECT_EQ(block.pael->varv, -1);
-  EXPECT_STREQ(block.pael->symbol, L"");
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"SL1");
-  EXPECT_STREQ(block.pael->anm, L"");
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"100");
-  EXPECT_STREQ(block.pael->symbol, L"");  // R1 is no rotary code, and <...> no code at all
+  // LE, for the words behind the comma don't count; R1 is no rotary code,
+  // and <...> no code at all.
+  EXPECT_EQ(Rows(block),
+            (Texts{L"0.200 10 5 [torrskorpa] {}", L"1.200 12 25 [le, gr\u00e5 SA] {\u00b3}",
+                   L"1.400 -1 SL [sjunker] {}", L"2.000 0 SL1 [] {}",
+                   L"12.345 1234 100 [<R1> \u00c5\u00c4\u00d6\u00e6\u00f8] {}"}));
 }
 
 TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
@@ -68,9 +73,7 @@ TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
   CKorvoEnkel enkel(1, 0, 0);
   EXPECT_EQ(RoundTrip(simple, enkel), simple);
   EXPECT_STREQ(enkel.kodsystem, L"KRV");
-  enkel.Home();
-  EXPECT_STREQ(enkel.pael->symbol, L":");
-  EXPECT_EQ(enkel.pael->varv, 3);
+  EXPECT_EQ(Rows(enkel), (Texts{L"0.500 3 [sa gr] {:}", L"1.000 14 [] {}"}));
 
   // Rotary-pressure rows have their remark at column 15.
   const std::string pressure = "*\r\n23 \r\n" + MethodLine("0.000000 0 0 0 1 0 ") +
@@ -78,11 +81,8 @@ TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
                                Line("  3.200   -5  ", "MY", 15);
   CKorvoDtrykk dtrykk(1, 0, 0);
   EXPECT_EQ(RoundTrip(pressure, dtrykk), pressure);
-  dtrykk.Home();
-  EXPECT_STREQ(dtrykk.pael->anm, L"R1 spolning");
-  EXPECT_STREQ(dtrykk.pael->symbol, L"R1");  // valid for this method
-  dtrykk++;
-  EXPECT_EQ(dtrykk.pael->varv, -5);  // no load-word rule here
+  // R1 is valid for this method, and there is no load-word rule here.
+  EXPECT_EQ(Rows(dtrykk), (Texts{L"3.000 40 [R1 spolning] {R1}", L"3.200 -5 [MY] {\u00f0}"}));
 }
 
 TEST_F(BasicMethodsTest, RamBlockHoldsTal1BeforeTal2) {
@@ -91,13 +91,8 @@ TEST_F(BasicMethodsTest, RamBlockHoldsTal1BeforeTal2) {
                             Line("  0.400 125 -20", "ST") + Line("  0.600 0 0");
   CKorvoRam ram(1, 0, 0);
   EXPECT_EQ(RoundTrip(bytes, ram), bytes);
-  ram.Home();
-  EXPECT_EQ(ram.pael->tal1, 12);
-  EXPECT_EQ(ram.pael->tal2, 3);
-  EXPECT_STREQ(ram.pael->anm, L"Fyllning, \u00f6vre");
-  ram++;
-  EXPECT_EQ(ram.pael->tal2, -20);
-  EXPECT_STREQ(ram.pael->symbol, L"\u007f");
+  EXPECT_EQ(Rows(ram), (Texts{L"0.200 12 3 [Fyllning, \u00f6vre] {}",
+                              L"0.400 125 -20 [ST] {\u007f}", L"0.600 0 0 [] {}"}));
 }
 
 TEST_F(BasicMethodsTest, RamStopTextIsCutToItsField) {
@@ -126,30 +121,13 @@ TEST_F(BasicMethodsTest, LinesTheWriterNeverWrites) {
                  block),
             0);
   // A method line of four columns.
-  EXPECT_EQ(block.flagga1, 0);
-  EXPECT_EQ(block.stopp, 3);
-  EXPECT_EQ(block.digit, 1);
-  EXPECT_STREQ(block.kodsystem, L"KRV");
-  EXPECT_EQ(block.metodtal, 0);
-  EXPECT_STREQ(block.stopptext, L"");
+  EXPECT_EQ(Head(block), L"0 3 1 0 [] KRV 09.03.2014");
   EXPECT_TRUE(block.guid.empty());
-
-  int rows = 0;
-  block.Where(&rows);
-  ASSERT_EQ(rows, 4);  // the marker ends the block
-  block.Home();
-  EXPECT_EQ(block.pael->djup, 0.0f);  // an empty line is a row of zeros
-  EXPECT_EQ(block.pael->varv, 0);
-  EXPECT_STREQ(block.pael->vikt, L"");
-  block++;
-  EXPECT_STREQ(block.pael->anm, L"abcdefghijklmnopqrstuvwxy");
-  block++;
-  // Five digits push the load word out of its column; the remark moves too.
-  EXPECT_EQ(block.pael->varv, 12345);
-  EXPECT_STREQ(block.pael->vikt, L"");
-  EXPECT_STREQ(block.pael->anm, L"SA");
-  block++;
-  EXPECT_EQ(block.pael->djup, 0.0f);  // a line that doesn't scan
+  // An empty line is a row of zeros, five digits push the load word out of
+  // its column and the remark with it, a line that doesn't scan is zeros, and
+  // the marker ends the block.
+  EXPECT_EQ(Rows(block), (Texts{L"0.000 0  [] {}", L"1.000 5 25 [abcdefghijklmnopqrstuvwxy] {}",
+                                L"1.200 12345  [SA] {:}", L"0.000 0  [] {}"}));
 
   const std::string written = Write(block);
   const size_t rows_at = written.find("\r\n", written.find("GUID ")) + 2;

@@ -8,10 +8,12 @@
 #include <vector>
 
 #include "korvo/foundation/field_text.h"
+#include "korvo/foundation/format.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/testutil/block_io.h"
 #include "korvo/testutil/notices.h"
 #include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
@@ -39,6 +41,16 @@ std::string CptHead(const std::string& date = "09.03.2014") {
 // A whole .SND file around `blocks`.
 std::string Point(const std::string& blocks) {
   return korvo::test::PointHead() + blocks + "*\r\n";
+}
+
+using korvo::test::Texts;
+
+// Each row as "depth values | tal4 extra values [remark] {symbol}".
+Texts Rows(CKorvoCpt& cpt) {
+  return korvo::test::EachRow(cpt, [](const cpttype& r) {
+    return korvo::Format(L"%.3f %d %d %d | %d %g %g %g [%s] {%s}", r.djup, r.matv1, r.matv2,
+                         r.matv3, r.tal4, r.varde1, r.varde2, r.varde3, r.anm, r.symbol);
+  });
 }
 
 class CptTest : public testing::Test, protected korvo::test::BlockIo {
@@ -74,30 +86,14 @@ TEST_F(CptTest, PointWithRemarksTailsAndKeywordsComesBackByteIdentical) {
   EXPECT_EQ(cpt.metodtal, 3);
   EXPECT_STREQ(cpt.kodsystem, L"SGF");
   EXPECT_EQ(cpt.guid, L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f");
-  int rows = 0;
-  cpt.Where(&rows);
-  ASSERT_EQ(rows, 5);
-  cpt.Home();
-  EXPECT_EQ(cpt.pael->matv1, 812);
-  EXPECT_EQ(cpt.pael->matv3, -3);
-  EXPECT_STREQ(cpt.pael->anm, L"Fyllning");  // the blanks up to the tail are not hers
-  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 12.5);
-  EXPECT_STREQ(cpt.pael->symbol, L"");
-  cpt++;
-  EXPECT_FLOAT_EQ(cpt.pael->djup, 0.02f);
-  EXPECT_EQ(cpt.pael->matv2, 56);
-  EXPECT_STREQ(cpt.pael->anm, L"le, gr\u00e5 SA");
-  EXPECT_STREQ(cpt.pael->symbol, L"\u00b3");
-  cpt++;
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 5);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 12.3);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde2, 0.045);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 3.0);
-  cpt++;
-  EXPECT_STREQ(cpt.pael->anm, L"F\u00f6rborrat \u00c5\u00c4\u00d6 \u00e6\u00f8");
-  EXPECT_DOUBLE_EQ(cpt.pael->varde2, -1.0);
-
+  // The blanks up to the tail are not the remark's.
+  EXPECT_EQ(
+      Rows(cpt),
+      (Texts{L"0.000 812 14 -3 | 0 0 0 12.5 [Fyllning] {}",
+             L"0.020 1234 56 7 | 0 0 0 0 [le, gr\u00e5 SA] {\u00b3}",
+             L"0.040 15000 240 599 | 0 0 0 0 [] {}",
+             L"0.060 123456 123456 123456 | 5 12.3 0.045 3 [] {}",
+             L"1.000 900 20 0 | 0 0 -1 0 [F\u00f6rborrat \u00c5\u00c4\u00d6 \u00e6\u00f8] {}"}));
   int keys = 0;
   cpt.header.Where(&keys);
   EXPECT_EQ(keys, 4);
@@ -115,24 +111,11 @@ TEST_F(CptTest, RowsReadByColumnWhereTheWriterNeverPutsThem) {
                            Row("  1.060    100     10      1  ", "", "8 2.5") + "\r\n" + "*\r\n";
   CKorvoCpt cpt(1, 0, 0);
   ASSERT_EQ(Read(std::string("7 09.03.2014\r\n") + "0.000000 0 0 0 0 0 \r\n" + rows, cpt), 0);
-  int n = 0;
-  cpt.Where(&n);
-  ASSERT_EQ(n, 5);  // the empty line is a row of zeros
-  cpt.Home();
-  EXPECT_STREQ(cpt.pael->anm, L"");
-  EXPECT_STREQ(cpt.pael->symbol, L"");
-  cpt++;
-  EXPECT_STREQ(cpt.pael->anm, L"SA");
-  EXPECT_STREQ(cpt.pael->symbol, L":");
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 7);  // a tail of one number
-  EXPECT_EQ(cpt.pael->varde1, 0.0);
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 8);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 2.5);
-  EXPECT_EQ(cpt.pael->varde2, 0.0);
-  cpt++;
-  EXPECT_EQ(cpt.pael->djup, 0.0f);
+  // A tail of one number, and the empty line a row of zeros.
+  EXPECT_EQ(Rows(cpt),
+            (Texts{L"1.000 100 10 1 | 0 0 0 0 [] {}", L"1.020 100 10 1 | 0 0 0 0 [SA] {:}",
+                   L"1.040 100 10 1 | 7 0 0 0 [] {}", L"1.060 100 10 1 | 8 2.5 0 0 [] {}",
+                   L"0.000 0 0 0 | 0 0 0 0 [] {}"}));
   EXPECT_STREQ(cpt.kodsystem, L"KRV");
 }
 
@@ -163,13 +146,10 @@ TEST_F(CptTest, TailStandsAtColumn56AndOnlyForExtraValues) {
   // A negative varde1 alone had no tail, so it is gone after reading back.
   CKorvoCpt back(1, 0, 0);
   ASSERT_EQ(Read(dir().Read("out.txt").substr(3), back), 0);
-  back.Home();
-  EXPECT_EQ(back.pael->tal4, 5);
-  EXPECT_STREQ(back.pael->anm, L"Sand med grus, fuktig 123");
-  back++;
-  EXPECT_EQ(back.pael->varde1, 0.0);
-  back++;
-  EXPECT_DOUBLE_EQ(back.pael->varde1, -4.0);
+  EXPECT_EQ(Rows(back),
+            (Texts{L"2.500 1000 0 0 | 5 0 0 0 [Sand med grus, fuktig 123] {}",
+                   L"2.500 1000 0 0 | 0 0 0 0 [] {}", L"2.500 1000 0 0 | 0 -4 -1 0 [] {}",
+                   L"2.500 1000 0 0 | 0 0 0 0.5 [x] {}"}));
 }
 
 TEST_F(CptTest, CptWithoutRowsWritesHeadAndKeywordBlock) {
