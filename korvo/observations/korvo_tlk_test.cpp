@@ -11,6 +11,7 @@
 #include "korvo/foundation/format.h"
 #include "korvo/platform/datetime.h"
 #include "korvo/testutil/notices.h"
+#include "korvo/testutil/rows.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -44,6 +45,16 @@ std::vector<std::wstring> Rows(CKorvoTlk& tlk) {
   return rows;
 }
 
+// Every field of each row: name, level, index, sources, [remark], [comment]
+// and the six values.
+std::vector<std::wstring> Details(CKorvoTlk& tlk) {
+  return korvo::test::EachRow(tlk, [](const matetype& r) {
+    return korvo::Format(L"%s %.2f %d %d %d [%s] [%s] %g %g %g %g %g %g", r.namn, r.niva, r.index,
+                         r.kalla, r.kalla2, r.anmarkning, r.kommentar, r.varde1, r.varde2, r.varde3,
+                         r.varde4, r.varde5, r.varde6);
+  });
+}
+
 void Append(CKorvoTlk& tlk, std::initializer_list<std::pair<const wchar_t*, float>> rows) {
   for (const auto& [namn, niva] : rows) {
     matetype row{};
@@ -71,19 +82,12 @@ TEST_F(KorvoTlkTest, FileAsWrittenComesBackByteIdentical) {
   ASSERT_EQ(Read(tlk_, "P1.TLK"), 0);
   EXPECT_EQ(tlk_.hargvy, 1);
   EXPECT_FLOAT_EQ(tlk_.gvy, -2.5f);
-  EXPECT_EQ(Rows(tlk_), (Names{L"fyllning 12.34", L"lera 8.50", L"X 4.10", L"berg -0.75"}));
-  tlk_.Home();
-  tlk_++;
-  const matetype& lera = *tlk_.pael;
-  EXPECT_EQ(lera.index, 11);
-  EXPECT_EQ(lera.kalla, 2);
-  EXPECT_EQ(lera.kalla2, 7);
-  EXPECT_STREQ(lera.anmarkning, L"Sensitive, see lab");
-  EXPECT_STREQ(lera.kommentar, L"Upper part silty");
-  EXPECT_FLOAT_EQ(lera.varde2, -2.25f);
-  EXPECT_FLOAT_EQ(lera.varde6, 123.46f);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 3);  // "Breccia" has no old name of its own
+  // "Breccia" has no old name of its own.
+  EXPECT_EQ(
+      Details(tlk_),
+      (Names{L"fyllning 12.34 13 1 0 [] [] 0 0 0 0 0 0",
+             L"lera 8.50 11 2 7 [Sensitive, see lab] [Upper part silty] 1.5 -2.25 10 0 0 123.46",
+             L"X 4.10 3 0 0 [] [] 0 0 0 0 0 0", L"berg -0.75 1 4 4 [] [] 0 0 0 0 0 0"}));
 
   ASSERT_EQ(Write(tlk_, "OUT.TLK"), 0);
   EXPECT_EQ(dir_.Read("OUT.TLK"), file);
@@ -93,15 +97,9 @@ TEST_F(KorvoTlkTest, FileAsWrittenComesBackByteIdentical) {
 TEST_F(KorvoTlkTest, OlderFileWithNamesOnlyGetsIndexesAndIsWrittenInTheNewForm) {
   dir_.Write("OLD.TLK", "lera\n   5.0\n\nMORAEN\n2.25\n\nLERA 11\n1\n\n");
   ASSERT_EQ(Read(tlk_, "OLD.TLK"), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"MORAEN 2.25", L"LERA 1.00"}));
-  tlk_.Home();
-  EXPECT_EQ(tlk_.pael->index, 11);
-  EXPECT_EQ(tlk_.pael->kalla, 0);
-  EXPECT_EQ(tlk_.pael->kalla2, 0);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 35);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 11);
+  EXPECT_EQ(Details(tlk_),
+            (Names{L"lera 5.00 11 0 0 [] [] 0 0 0 0 0 0", L"MORAEN 2.25 35 0 0 [] [] 0 0 0 0 0 0",
+                   L"LERA 1.00 11 0 0 [] [] 0 0 0 0 0 0"}));
   EXPECT_EQ(tlk_.hargvy, 0);
 
   ASSERT_EQ(Write(tlk_, "NEW.TLK"), 0);
@@ -124,39 +122,24 @@ TEST_F(KorvoTlkTest, SourceNumbersRemarksAndCommentsAtTheirLimits) {
                  "not read\n4\n\ntorv 27 0 0 word\n5\n\n"
                  "averyveryverylongname 7 0 0\n6\n\n");
   ASSERT_EQ(Read(tlk_, "R.TLK"), 0);
-  tlk_.Home();
-  EXPECT_EQ(tlk_.pael->kalla, 5);   // limited
-  EXPECT_EQ(tlk_.pael->kalla2, 9);  // kept
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->kalla, 0);
-  EXPECT_EQ(tlk_.pael->kalla2, -3);
-  tlk_++;
-  // Three numbers and a long line: the remark is the line from column 25.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"two  words  abcdefghijklm");
-  EXPECT_STREQ(tlk_.pael->kommentar, L"abcdefghijklmnopqrstuvwxy");
-  EXPECT_EQ(tlk_.pael->kalla2, 0);
-  tlk_++;
-  // Only two numbers: the text behind them is no remark.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"");
-  EXPECT_EQ(tlk_.pael->index, 39);
-  tlk_++;
-  // A short line keeps the scanned word.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"word");
-  tlk_++;
-  EXPECT_STREQ(tlk_.pael->namn, L"averyveryve");
+  // The first source is held to 0..5, the second kept. With three numbers
+  // and a long line the remark is the line from column 25; with two the text
+  // behind them is no remark; a short line keeps the scanned word, and a long
+  // name cut to its field still makes the line long.
+  EXPECT_EQ(Details(tlk_),
+            (Names{L"sand 1.00 20 5 9 [] [] 0 0 0 0 0 0", L"silt 2.00 21 0 -3 [] [] 0 0 0 0 0 0",
+                   L"grus 3.00 32 1 0 [two  words  abcdefghijklm] "
+                   L"[abcdefghijklmnopqrstuvwxy] 0 0 0 0 0 0",
+                   L"sten 4.00 39 0 0 [] [] 0 0 0 0 0 0", L"torv 5.00 27 0 0 [word] [] 0 0 0 0 0 0",
+                   L"averyveryve 6.00 7 0 0 [ 0] [] 0 0 0 0 0 0"}));
 }
 
 TEST_F(KorvoTlkTest, TruncatedAndDamagedRowsKeepWhatWasRead) {
   dir_.Write("D.TLK", "sand 20 1 0\n12,5 kommentar\n1,5 2\nlera 11\n   4.0000 c");
   ASSERT_EQ(Read(tlk_, "D.TLK"), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"sand 12.00", L"lera 4.00"}));
-  tlk_.Home();
-  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 1.0f);  // a decimal comma ends the number
-  EXPECT_FLOAT_EQ(tlk_.pael->varde2, 0.0f);
-  EXPECT_STREQ(tlk_.pael->kommentar, L"ntar");
-  tlk_++;
-  EXPECT_STREQ(tlk_.pael->kommentar, L"c");
-  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 0.0f);
+  // A decimal comma ends the number.
+  EXPECT_EQ(Details(tlk_), (Names{L"sand 12.00 20 1 0 [] [ntar] 1 0 0 0 0 0",
+                                  L"lera 4.00 11 0 0 [] [c] 0 0 0 0 0 0"}));
 
   CKorvoTlk cut(1, 0, 0);
   dir_.Write("T.TLK", "gvy\n");
