@@ -104,6 +104,13 @@ std::wstring Thrown(F f) {
 
 using Ints = std::vector<int>;
 
+// The cursor as "place:id", with "-" for no current row; checks on the way
+// that the record is that of the current node.
+std::string At(const list0<Row>& list) {
+  if (list.aktel) EXPECT_EQ(list.pael, &list.aktel->rec);
+  return std::to_string(list.plats) + ":" + (list.pael ? std::to_string(list.pael->id) : "-");
+}
+
 TEST(List0Cursor, EmptyListReportsNoPlaceAndZeroRows) {
   list0<Row> list;
   int n = 99;
@@ -133,37 +140,31 @@ TEST(List0Cursor, StepsAndWhereAtBothEndsAndPastThem) {
   ASSERT_EQ(list.End(), 0);
   EXPECT_EQ(list.Where(&n), 3);
   EXPECT_EQ(n, 3);
-  Row* last = list.pael;
   EXPECT_EQ(list++, nullptr);
-  EXPECT_EQ(list.pael, last);
-  EXPECT_EQ(list.plats, 3);
-  EXPECT_EQ(list.aktel, list.sista);
-
+  EXPECT_EQ(At(list), "3:3");
   ASSERT_EQ(list.Home(), 0);
   EXPECT_EQ(list.Where(&n), 1);
   EXPECT_EQ(list--, nullptr);
-  EXPECT_EQ(list.pael->id, 1);
-  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(At(list), "1:1");
   EXPECT_EQ(list++, &list);
-  EXPECT_EQ(list.plats, 2);
-  EXPECT_EQ(list.pael->id, 2);
+  EXPECT_EQ(At(list), "2:2");
   EXPECT_EQ(list--, &list);
-  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(At(list), "1:1");
 }
 
 TEST(List0Add, AppendsFromAnyPlaceAndWalksToTheEnd) {
   list0<Row> list;
   EXPECT_EQ(list.Add(), 0);
+  list.pael->id = 1;
   EXPECT_EQ(list.Add(), 1);  // the loader's case: one step each
-  EXPECT_EQ(list.plats, 2);
+  list.pael->id = 2;
   Fill(list, {3, 4, 5});
   list.Home();
   EXPECT_EQ(list.Add(), 5);
-  EXPECT_EQ(list.plats, 6);
-  EXPECT_EQ(list.antal, 6);
+  list.pael->id = 6;
+  EXPECT_EQ(At(list), "6:6");
   EXPECT_EQ(list.aktel, list.sista);
-  EXPECT_EQ(list.pael, &list.sista->rec);
-  EXPECT_EQ(list.sista->prev->rec.id, 5);
+  EXPECT_EQ(Ids(list), (Ints{1, 2, 3, 4, 5, 6}));
 }
 
 TEST(List0Add, WithoutCurrentRowAppendsBehindTheCursor) {
@@ -174,8 +175,7 @@ TEST(List0Add, WithoutCurrentRowAppendsBehindTheCursor) {
   list.Home();
   Row foreign{};
   EXPECT_EQ(list.Set_aktel(second), 0);  // found, but plats is not counted
-  EXPECT_EQ(list.aktel, list.sista);
-  EXPECT_EQ(list.plats, 1);
+  EXPECT_EQ(At(list), "1:2");
   EXPECT_EQ(list.Set_aktel(&foreign), -1);
   EXPECT_EQ(list.aktel, nullptr);
   EXPECT_EQ(list.pael, second);  // left as it was
@@ -187,30 +187,25 @@ TEST(List0Add, WithoutCurrentRowAppendsBehindTheCursor) {
   EXPECT_EQ(list.Insert(), -1);
   EXPECT_EQ(list.Delete(), -1);
   EXPECT_EQ(list.Ny(0, nullptr), -1);
-  EXPECT_EQ(list.antal, 3);
   list.sista->rec = Row{3, 3, 0};
   EXPECT_EQ(Ids(list), (Ints{1, 2, 3}));
-
-  list0<Row> empty;
-  EXPECT_EQ(empty.Set_aktel(second), -1);
+  EXPECT_EQ(list0<Row>().Set_aktel(second), -1);
 }
 
 TEST(List0Insert, GoesBeforeTheCurrentRowAndAddsToAnEmptyList) {
   list0<Row> list;
   EXPECT_EQ(list.Insert(), 0);
-  EXPECT_EQ(list.plats, 1);
-  EXPECT_EQ(list.sista, list.forsta);
   list.pael->id = 1;
+  EXPECT_EQ(At(list), "1:1");
   Fill(list, {2, 3});
   list.Home();
   EXPECT_EQ(list.Insert(), 0);
-  EXPECT_EQ(list.plats, 1);
-  EXPECT_EQ(list.aktel, list.forsta);
   list.pael->id = 9;
+  EXPECT_EQ(At(list), "1:9");
   list.End();
   Row copy{7, 7, 3.5};
   EXPECT_EQ(list.Ny(0, &copy), 0);
-  EXPECT_EQ(list.plats, 4);
+  EXPECT_EQ(At(list), "4:7");
   EXPECT_EQ(list.pael->value, 3.5);
   EXPECT_EQ(Ids(list), (Ints{9, 1, 2, 7, 3}));
 }
@@ -242,30 +237,24 @@ TEST(List0Delete, WalkingDeleteDoesNotStep) {
   EXPECT_EQ(Ids(list), (Ints{1, 4, 6}));
 }
 
-TEST(List0Delete, AtEitherEndKeepsTheCursorInTheList) {
+TEST(List0Delete, AtEitherEndKeepsTheCursorInTheListAndTheLastLeavesItEmpty) {
   list0<Row> list;
   Fill(list, {1, 2, 3, 4});
   list.End();
   EXPECT_EQ(list.Delete(), 0);  // the last row: steps back
-  EXPECT_EQ(list.plats, 3);
-  EXPECT_EQ(list.pael->id, 3);
+  EXPECT_EQ(At(list), "3:3");
   EXPECT_EQ(list.aktel, list.sista);
   list.Home();
   EXPECT_EQ(list.Delete(), 0);  // the first row: keeps plats
-  EXPECT_EQ(list.plats, 1);
-  EXPECT_EQ(list.pael->id, 2);
+  EXPECT_EQ(At(list), "1:2");
   EXPECT_EQ(Ids(list), (Ints{2, 3}));
-}
 
-TEST(List0Delete, OfTheOnlyRowLeavesAnEmptyList) {
-  list0<Row> list;
-  Fill(list, {1});
+  list.Delete();
   EXPECT_EQ(list.Delete(), -1);
   EXPECT_EQ(list.forsta, nullptr);
   EXPECT_EQ(list.aktel, nullptr);
-  EXPECT_EQ(list.pael, nullptr);
+  EXPECT_EQ(At(list), "1:-");
   EXPECT_EQ(list.antal, 0);
-  EXPECT_EQ(list.plats, 1);
   int n = 5;
   EXPECT_EQ(list.Where(&n), -1);
   EXPECT_EQ(n, 0);
@@ -281,20 +270,16 @@ TEST(List0Mark, GotoMarkCountsPlatsAndDeletingTheRowClearsIt) {
   list.End();
   list--;
   list.Set_mark();
-  EXPECT_EQ(list.pmael->id, 3);
   list.Home();
   EXPECT_EQ(list.Goto_mark(), 0);
-  EXPECT_EQ(list.plats, 3);
-  EXPECT_EQ(list.pael->id, 3);
-
+  EXPECT_EQ(At(list), "3:3");
   Row* marked = list.pmael;
   list.Delete();
   EXPECT_EQ(list.mark, nullptr);
   EXPECT_EQ(list.pmael, marked);  // not cleared, only stale
   list.Home();
   EXPECT_EQ(list.Goto_mark(), -1);
-  EXPECT_EQ(list.plats, 1);  // no mark: nothing moves
-  EXPECT_EQ(list.pael->id, 1);
+  EXPECT_EQ(At(list), "1:1");  // no mark: nothing moves
 }
 
 TEST(List0Mark, MarkNotInTheListGoesToTheFirstRowOrNowhere) {
@@ -305,9 +290,8 @@ TEST(List0Mark, MarkNotInTheListGoesToTheFirstRowOrNowhere) {
   list.mark = other.forsta;
   EXPECT_EQ(list.Goto_mark(), -1);
   EXPECT_EQ(list.mark, nullptr);
+  EXPECT_EQ(At(list), "3:1");
   EXPECT_EQ(list.aktel, list.forsta);
-  EXPECT_EQ(list.plats, 3);
-
   while (list.Delete() == 0) {
   }
   list.mark = other.forsta;
