@@ -315,38 +315,30 @@ TEST_F(KorvoTlkTest, AddTolkNivaPutsTheRowInItsPlace) {
   EXPECT_EQ(tlk_.pael->kalla, 0);
 }
 
-TEST_F(KorvoTlkTest, InsertBergRoundsAndSetsTheSources) {
-  EXPECT_EQ(tlk_.InsertBerg(1.234f, 4), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"berg 1.23"}));
-  EXPECT_FLOAT_EQ(tlk_.pael->niva, 1.23f);
-  EXPECT_EQ(tlk_.pael->kalla, 4);
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-
-  CKorvoTlk other(1, 0, 0);
-  EXPECT_EQ(other.InsertBerg(-1.236f, 7), 0);
-  EXPECT_FLOAT_EQ(other.pael->niva, -1.24f);
-  EXPECT_EQ(other.pael->kalla, 5);
-  EXPECT_EQ(other.pael->kalla2, 7);
+// The rows as "name level source source2".
+Names Sources(CKorvoTlk& tlk) {
+  return korvo::test::EachRow(tlk, [](const matetype& r) {
+    return korvo::Format(L"%s %.4f %d %d", r.namn, r.niva, r.kalla, r.kalla2);
+  });
 }
 
-TEST_F(KorvoTlkTest, InsertBergLeavesARockRowWithinACentimetre) {
+TEST_F(KorvoTlkTest, InsertBergRoundsSetsTheSourcesAndLeavesARockRowWithinACentimetre) {
+  CKorvoTlk other(1, 0, 0);
+  EXPECT_EQ(other.InsertBerg(-1.236f, 7), 0);
+  EXPECT_EQ(Sources(other), (Names{L"berg -1.2400 5 7"}));
+
   Append(tlk_, {{L"lera", 5.0f}});
-  tlk_.InsertBerg(1.23f, 4);
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"berg 1.23"}));
+  EXPECT_EQ(tlk_.InsertBerg(1.234f, 4), 0);
   EXPECT_EQ(tlk_.InsertBerg(1.23f, 4), -1);
   EXPECT_EQ(tlk_.InsertBerg(1.24f, 2), -1);  // 0.01 away: still the same
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-  EXPECT_EQ(tlk_.InsertBerg(1.25f, 2), 0);  // 0.02 away: moved
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"berg 1.25"}));
-  tlk_.End();
-  EXPECT_EQ(tlk_.pael->kalla, 4);  // sources that were set stay
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2300 4 4"}));
+  EXPECT_EQ(tlk_.InsertBerg(1.25f, 2), 0);  // 0.02 away: moved, the sources that were set stay
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2500 4 4"}));
   // Within a centimetre but without sources: they are filled in.
+  tlk_.End();
   tlk_.pael->kalla = 0;
   EXPECT_EQ(tlk_.InsertBerg(1.25f, 3), 0);
-  EXPECT_EQ(tlk_.pael->kalla, 5);
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2500 5 4"}));
 }
 
 TEST_F(KorvoTlkTest, InsertBergChangesTheLowestRockRowOrAppendsOne) {
@@ -357,8 +349,7 @@ TEST_F(KorvoTlkTest, InsertBergChangesTheLowestRockRowOrAppendsOne) {
   CKorvoTlk soil(1, 0, 0);
   Append(soil, {{L"lera", 1.0f}});
   EXPECT_EQ(soil.InsertBerg(3.0f, 26), 0);  // appended, not sorted in
-  EXPECT_EQ(Rows(soil), (Names{L"lera 1.00", L"berg 3.00"}));
-  EXPECT_EQ(soil.pael->kalla, 5);
+  EXPECT_EQ(Sources(soil), (Names{L"lera 1.0000 0 0", L"berg 3.0000 5 26"}));
 }
 
 TEST_F(KorvoTlkTest, FindMtrlByOldOrNorwegianName) {
@@ -392,22 +383,23 @@ TEST_F(KorvoTlkTest, IfFriktKnowsFiveExactNames) {
   EXPECT_EQ(tlk_.IfFrikt(L"lera"), 0);
 }
 
-TEST_F(KorvoTlkTest, BlockIFriktInSameFrictionSoilKeepsTheLowerRow) {
+TEST_F(KorvoTlkTest, BlockIFriktInFrictionSoilRemovesRows) {
+  // In the same friction soil the lower row is kept; between two different
+  // ones the lower one goes, and the marked row with it.
   Append(tlk_, {{L"sand", 5.0f}, {L"block", 4.0f}, {L"sand", 3.0f}});
   tlk_.Home();
   tlk_++;
   EXPECT_EQ(tlk_.BlockIFrikt(), 1);
   EXPECT_EQ(Rows(tlk_), (Names{L"sand 3.00"}));
-}
 
-TEST_F(KorvoTlkTest, BlockIFriktBetweenDifferentFrictionSoilsRemovesTheLowerOne) {
-  Append(tlk_, {{L"sand", 5.0f}, {L"block", 4.0f}, {L"grus", 3.0f}, {L"lera", 2.0f}});
-  tlk_.Home();
-  tlk_++;
-  EXPECT_EQ(tlk_.BlockIFrikt(), 1);
-  EXPECT_STREQ(tlk_.pael->namn, L"lera");
-  EXPECT_EQ(tlk_.Goto_mark(), -1);  // the marked row went
-  EXPECT_EQ(Rows(tlk_), (Names{L"sand 5.00", L"block 4.00", L"lera 2.00"}));
+  CKorvoTlk mixed(1, 0, 0);
+  Append(mixed, {{L"sand", 5.0f}, {L"block", 4.0f}, {L"grus", 3.0f}, {L"lera", 2.0f}});
+  mixed.Home();
+  mixed++;
+  EXPECT_EQ(mixed.BlockIFrikt(), 1);
+  EXPECT_STREQ(mixed.pael->namn, L"lera");
+  EXPECT_EQ(mixed.Goto_mark(), -1);
+  EXPECT_EQ(Rows(mixed), (Names{L"sand 5.00", L"block 4.00", L"lera 2.00"}));
 }
 
 TEST_F(KorvoTlkTest, BlockIFriktDoesNothingAtTheEdgesOrBesideOtherSoil) {
