@@ -6,22 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "korvo/context/auto_ini.h"
-#include "korvo/context/proj_path.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/code_settings.h"
 #include "korvo/testutil/notices.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
 
-// The table is process-wide and a setting changes it for good: every test
-// here puts the built-in values back when it ends.
 class CodeTableTest : public testing::Test {
  protected:
-  void SetUp() override { std::memcpy(saved_, CKorvoSnd::Akod1, sizeof saved_); }
-  void TearDown() override { std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_); }
-
   // The number of the row found, 0 for none.
   static int Number(const kod* row) { return row ? row->nummer : 0; }
   static int Find(int metod, const wchar_t* text, int mod = 0, int* antal = nullptr,
@@ -35,7 +29,7 @@ class CodeTableTest : public testing::Test {
     return found;
   }
 
-  kod saved_[28];
+  korvo::test::CodeTableGuard table_;
 };
 
 TEST_F(CodeTableTest, WordsAreUpperCasedAndEitherFormOfACodeFindsItsRow) {
@@ -136,19 +130,8 @@ TEST_F(CodeTableTest, LoadWordPlaces) {
 // A project with its settings: korvo.ini and Kodfil.dat in ParKat.
 class ReadKodTest : public CodeTableTest {
  protected:
-  void SetUp() override {
-    CodeTableTest::SetUp();
-    std::filesystem::create_directory(dir_.path() / "par");
-    proj_.SetPath(dir_.wpath().c_str());
-    ini_.ParKat = dir_.File("par");
-    ini_.ProgKat = dir_.wpath();
-  }
-
-  void Setting(const std::string& value) {
-    dir_.Write("par/korvo.ini", "[SYSTEM]\r\nLANG=SV\r\n[KORVO]\r\nMTRLKOD=" + value + "\r\n");
-  }
-  // Makes a document with the settings, which applies them to the table.
-  void Open() { CKorvoSnd snd(&proj_, nullptr, &ini_); }
+  void Setting(const char* value) { project_.Setting(value); }
+  void Open() { project_.Open(); }
 
   bool Valid(int metod, const wchar_t* code) {
     int n = 0;
@@ -164,31 +147,26 @@ class ReadKodTest : public CodeTableTest {
   }
 
   korvo::test::TempDir dir_;
-  CProjPath proj_;
-  CAutoIni ini_;
+  korvo::test::CodeSettings project_{dir_};
   korvo::test::Notices notices_;
   std::vector<std::wstring>& status_ = notices_.status;
 };
 
 TEST_F(ReadKodTest, WithoutSettingsStandardOrACodeSetWithoutKodfilTheTableStays) {
-  CKorvoSnd plain(&proj_, nullptr, nullptr);
+  CKorvoSnd plain(&project_.proj(), nullptr, nullptr);
   for (const char* value : {"STANDARD", "EGEN"}) {
     Setting(value);
     Open();
   }
   EXPECT_FALSE(Valid(21, L"R1"));
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1, saved_, sizeof saved_), 0);
+  EXPECT_TRUE(table_.Unchanged());
   EXPECT_TRUE(status_.empty());
 }
 
 TEST_F(ReadKodTest, AllaAndAnEmptyOrMissingValueMakeEveryCodeValid) {
   for (const char* value : {"ALLA", "", static_cast<const char*>(nullptr)}) {
-    std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
-    if (value) {
-      Setting(value);
-    } else {
-      std::filesystem::remove(dir_.path() / "par" / "korvo.ini");
-    }
+    table_.Restore();
+    Setting(value);
     Open();
     EXPECT_TRUE(EverythingValid()) << (value ? value : "no korvo.ini");
   }
@@ -234,7 +212,7 @@ TEST_F(ReadKodTest, ACodeSetIsReadFromKodfil) {
   EXPECT_TRUE(Valid(21, L"MO"));
   EXPECT_FALSE(Valid(21, L"B1"));
 
-  const std::wstring path = ini_.ParKat + korvo::kPathSeparator + L"Kodfil.dat";
+  const std::wstring path = project_.ini().ParKat + korvo::kPathSeparator + L"Kodfil.dat";
   ASSERT_EQ(status_.size(), 3u);
   EXPECT_EQ(status_[0], L"Fel kod A zz i " + path);
   // Words are compared as written: no upper-casing, and three digits at most.

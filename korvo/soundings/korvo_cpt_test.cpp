@@ -53,6 +53,11 @@ Texts Rows(CKorvoCpt& cpt) {
   });
 }
 
+Texts Keywords(CKorvoCptHeader& header) {
+  return korvo::test::EachRow(
+      header, [](const cptheadertype& k) { return korvo::Format(L"%s=%s", k.nyckel, k.varde); });
+}
+
 class CptTest : public testing::Test, protected korvo::test::BlockIo {
  protected:
   // Reads `bytes` as the point P1 and writes it to OUT.SND; returns the bytes
@@ -189,15 +194,7 @@ TEST_F(CptTest, KeywordOverItsWidthPushesTheValueAndReadsBackByColumn) {
   ASSERT_TRUE(in.ReadString(next));
   EXPECT_EQ(next, L"rest");  // the marker was consumed, nothing behind it
   in.Close();
-  int n = 0;
-  header.Where(&n);
-  ASSERT_EQ(n, 2);
-  header.Home();
-  EXPECT_STREQ(header.pael->nyckel, L"ABCDEFGHIJKLMNOPQRSTUVWXY");
-  EXPECT_STREQ(header.pael->varde, L"12 value");
-  header++;
-  EXPECT_STREQ(header.pael->nyckel, L"short");
-  EXPECT_STREQ(header.pael->varde, L"");
+  EXPECT_EQ(Keywords(header), (Texts{L"ABCDEFGHIJKLMNOPQRSTUVWXY=12 value", L"short="}));
 }
 
 TEST_F(CptTest, FindIgnoresCaseFromEitherEnd) {
@@ -240,17 +237,8 @@ TEST_F(CptTest, KnownKeywordsHaveDefaultsAndThresholds) {
   header.SpetsAreaFaktor(1.2);
   header.MantelAreaFaktor(0.0125);
   header.SondNummer(-17);
-  int n = 0;
-  header.Where(&n);
-  ASSERT_EQ(n, 3);
-  header.Home();
-  EXPECT_STREQ(header.pael->nyckel, L"MA");
-  EXPECT_STREQ(header.pael->varde, L"1.200");
-  header++;
-  EXPECT_STREQ(header.pael->varde, L"0.013");  // "%.3lf", rounded to even
-  header++;
-  EXPECT_STREQ(header.pael->nyckel, L"HN");
-  EXPECT_STREQ(header.pael->varde, L"-17");
+  // 0.0125 written as "%.3lf" is rounded to even.
+  EXPECT_EQ(Keywords(header), (Texts{L"MA=1.200", L"MB=0.013", L"HN=-17"}));
 
   // A value near the default leaves the old one in place.
   header.SpetsAreaFaktor(1.0005);
