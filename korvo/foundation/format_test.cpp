@@ -214,7 +214,8 @@ std::vector<std::wstring> SampleLines() {
   // clang-format on
   const char* separators[] = {" ", "  ", "\t", " \t ", ",", ""};
   std::mt19937 rng(3);
-  std::vector<std::wstring> lines = {L"", L"   ", L"\t", L"  1.200   12 25", L"12,5 7"};
+  std::vector<std::wstring> lines = {
+      L"", L"   ", L"\t", L"  1.200   12 25", L"12,5 7", L"2014/3/9", L"120 09.03.2014"};
   for (int i = 0; i < 600; ++i) {
     std::string line = rng() % 3 ? " " : "";
     int n = 1 + rng() % 4;
@@ -274,26 +275,6 @@ TEST(ScanTest, EndOfInputBeforeTheFirstAssignmentGivesMinusOne) {
   EXPECT_EQ(Scan(std::wstring_view(), L"%d", &a), -1);
   EXPECT_EQ(Scan(std::wstring_view(L"12 34", 3), L"%d %d", &a, &b), 1);
   EXPECT_EQ(a, 12);
-}
-
-TEST(ScanTest, FieldFileLines) {
-  float depth = 0;
-  long a = 0;
-  int b = 0, c = 0;
-  EXPECT_EQ(Scan(L"  1.200   12 25", L"%f %ld %d %d", &depth, &a, &b, &c), 3);
-  EXPECT_EQ(depth, 1.2f);
-  EXPECT_EQ(a, 12);
-  EXPECT_EQ(b, 25);
-  double x = 0, y = -1;
-  EXPECT_EQ(Scan(L"12,5", L"%lf %lf", &x, &y), 1);
-  EXPECT_EQ(x, 12.0);
-  EXPECT_EQ(y, -1);
-  int year = 0, month = 0, day = 0;
-  EXPECT_EQ(Scan(L"2014/3/9", L"%d%*c%d%*c%d", &year, &month, &day), 3);
-  EXPECT_EQ(year * 10000 + month * 100 + day, 20140309);
-  wchar_t date[16];
-  EXPECT_EQ(Scan(L"120 09.03.2014", L"%d %s", &a, &date), 2);
-  EXPECT_STREQ(date, L"09.03.2014");
 }
 
 TEST(ScanTest, FixedArraysGetWhatFits) {
