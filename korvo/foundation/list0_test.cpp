@@ -107,7 +107,9 @@ using Ints = std::vector<int>;
 // The cursor as "place:id", with "-" for no current row; checks on the way
 // that the record is that of the current node.
 std::string At(const list0<Row>& list) {
-  if (list.aktel) EXPECT_EQ(list.pael, &list.aktel->rec);
+  if (list.aktel) {
+    EXPECT_EQ(list.pael, &list.aktel->rec);
+  }
   return std::to_string(list.plats) + ":" + (list.pael ? std::to_string(list.pael->id) : "-");
 }
 
