@@ -1,0 +1,39 @@
+// Catches every status line and notice the library gives while a test runs,
+// and puts the handlers back at the end. A question is answered with No.
+#ifndef KORVO_TESTUTIL_NOTICES_H_
+#define KORVO_TESTUTIL_NOTICES_H_
+
+#include <string>
+#include <vector>
+
+#include "korvo/foundation/messages.h"
+
+namespace korvo::test {
+
+class Notices {
+ public:
+  Notices()
+      : old_status_(SetStatusHandler([this](const std::wstring& t) { status.push_back(t); })),
+        old_message_(
+            SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int buttons) {
+              messages.push_back(t);
+              return buttons == MB_YESNO ? IDNO : IDOK;
+            })) {}
+  ~Notices() {
+    SetStatusHandler(old_status_);
+    SetMessageHandler(old_message_);
+  }
+  Notices(const Notices&) = delete;
+  Notices& operator=(const Notices&) = delete;
+
+  std::vector<std::wstring> status;
+  std::vector<std::wstring> messages;
+
+ private:
+  StatusHandler old_status_;
+  MessageHandler old_message_;
+};
+
+}  // namespace korvo::test
+
+#endif  // KORVO_TESTUTIL_NOTICES_H_
