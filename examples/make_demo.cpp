@@ -16,7 +16,7 @@
 
 namespace {
 
-enum class Soil { kFill, kDryCrust, kClay, kSilt, kSand, kTill };
+enum class Soil { kFill, kDryCrust, kClay, kSilt, kSand, kTill, kRock };
 
 struct Range {
   int low, high;
@@ -30,16 +30,36 @@ struct SoilTraits {
   Range count;              // blows or turns of the other soundings
   Range qc, fs, excess;     // CPT: cone, sleeve, pore pressure above hydrostatic, kPa
   int growth;               // kPa per metre of depth that cone and pore pressure gain
+  Range force, flushing;    // total sounding: feed force (0.1 kN), flushing pressure (bar)
 };
 
 // By Soil, in the order of the enum.
 constexpr SoilTraits kSoils[] = {
-    {L"fyllning", L"100", {8, 30}, {6, 20}, {3000, 8000}, {40, 80}, {0, 10}, 0},
-    {L"torrskorpa", L"100", {2, 9}, {3, 8}, {800, 1500}, {30, 50}, {0, 10}, 0},
-    {L"lera", nullptr, {0, 0}, {0, 2}, {250, 310}, {5, 12}, {80, 110}, 15},
-    {L"silt", L"75", {1, 6}, {2, 5}, {800, 1500}, {10, 20}, {30, 60}, 0},
-    {L"sand", L"100", {12, 35}, {10, 28}, {6000, 15000}, {40, 90}, {-5, 5}, 0},
-    {L"moraen", L"100", {40, 120}, {30, 90}, {15000, 30000}, {100, 200}, {-10, 20}, 0},
+    {L"fyllning", L"100", {8, 30}, {6, 20}, {3000, 8000}, {40, 80}, {0, 10}, 0, {60, 150}, {0, 0}},
+    {L"torrskorpa", L"100", {2, 9}, {3, 8}, {800, 1500}, {30, 50}, {0, 10}, 0, {30, 60}, {0, 0}},
+    {L"lera", nullptr, {0, 0}, {0, 2}, {250, 310}, {5, 12}, {80, 110}, 15, {8, 25}, {0, 0}},
+    {L"silt", L"75", {1, 6}, {2, 5}, {800, 1500}, {10, 20}, {30, 60}, 0, {20, 40}, {0, 5}},
+    {L"sand", L"100", {12, 35}, {10, 28}, {6000, 15000}, {40, 90}, {-5, 5}, 0, {60, 140}, {5, 20}},
+    {L"moraen",
+     L"100",
+     {40, 120},
+     {30, 90},
+     {15000, 30000},
+     {100, 200},
+     {-10, 20},
+     0,
+     {150, 400},
+     {10, 30}},
+    {L"berg",
+     L"100",
+     {300, 500},
+     {150, 300},
+     {40000, 50000},
+     {300, 400},
+     {0, 0},
+     0,
+     {500, 900},
+     {40, 80}},
 };
 
 const SoilTraits& Traits(Soil soil) {
@@ -61,6 +81,8 @@ enum Method : unsigned {
   kRam = 8,
   kTlk = 16,
   kCpt = 32,
+  kTotal = 64,
+  kFjell = 128,
 };
 
 struct PointSpec {
@@ -192,6 +214,34 @@ void AddCpt(CKorvoCpt& b, const PointSpec& p, Sequence& s) {
   });
 }
 
+// Total sounding of the present generation: feed force, flushing pressure
+// and rotation speed; the drill goes on into rock.
+void AddTotal(CKorvoTotal& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    const SoilTraits& t = Traits(soil);
+    totaltype row{};
+    row.djup = depth;
+    row.tal1 = s.In(t.force);
+    row.tal2 = s.In(t.flushing);
+    row.tal3 = s.Between(20, 40);
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
+// Rock control: turns per 0.2 m down to rock and through it.
+void AddFjell(CKorvoFjell& b, const PointSpec& p, Sequence& s) {
+  Head(b, p);
+  Walk(p, 0.2, [&](float depth, Soil soil, const wchar_t* remark) {
+    fjelltype row{};
+    row.djup = depth;
+    row.varv = s.In(Traits(soil).count);
+    Put(row.anm, remark);
+    b.Ny(1, &row);
+  });
+}
+
 // The interpretation: one row per layer at the level of its top, from the
 // sounding; the ground water stands 1.5 m below ground.
 void AddTlk(CKorvoTlk& t, const PointSpec& p) {
@@ -202,7 +252,9 @@ void AddTlk(CKorvoTlk& t, const PointSpec& p) {
     matetype row{};
     Put(row.namn, Traits(l.soil).old_name);
     row.niva = static_cast<float>(p.z - top);
-    row.kalla = 2;
+    // Rock drilled 3 m into is a source of its own, with the stop code.
+    row.kalla = l.soil == Soil::kRock ? 5 : 2;
+    row.kalla2 = l.soil == Soil::kRock ? p.stop : 0;
     t.Ny(1, &row);
     top = l.bottom;
   }
@@ -226,6 +278,8 @@ void WritePoint(CProjPath& proj, CKorvoDbs& dbs, const PointSpec& p, uint32_t se
     AddCounts<CKorvoDtrykk, dtrykktype>(*snd.m_dtrykk, p, s);
   }
   if ((p.methods & kRam) && snd.New(24)) AddRam(*snd.m_ram, p, s);
+  if ((p.methods & kTotal) && snd.New(25)) AddTotal(*snd.m_total, p, s);
+  if ((p.methods & kFjell) && snd.New(26)) AddFjell(*snd.m_fjell, p, s);
   if ((p.methods & kCpt) && snd.New(7)) AddCpt(*snd.m_cpt, p, s);
   if ((p.methods & kTlk) && snd.New(60)) AddTlk(*snd.m_tlk, p);
   snd.Uppdat(p.id, nullptr);
@@ -239,165 +293,65 @@ std::vector<Layer> ClayOverTill(double fill, double crust, double clay, double t
           {Soil::kTill, till, L"MO SA GR stenig"}};
 }
 
+// A profile ending in rock drilled into by 3 m, for the rock methods.
+std::vector<Layer> OnRock(double fill, double crust, double clay, double till) {
+  std::vector<Layer> layers = ClayOverTill(fill, crust, clay, till);
+  layers.push_back({Soil::kRock, till + 3.0, L"F berg, grå gnejs"});
+  return layers;
+}
+
+// The points of the site, west to east in rows along the block.
 std::vector<PointSpec> Points() {
   const wchar_t* client = L"Beställare: Uppsala kommun";
+  // clang-format off
   return {
-      {L"101",
-       6638712.430,
-       647418.250,
-       10.42,
-       90.0,
-       L"12.05.2025",
-       kDreie | kTlk,
-       ClayOverTill(0.6, 1.8, 9.4, 11.2),
-       91,
-       L"Sten",
-       L"ST stopp mot sten",
+      {L"101", 6638712.430, 647418.250, 10.42, 90.0, L"12.05.2025", kDreie | kTlk,
+       ClayOverTill(0.6, 1.8, 9.4, 11.2), 91, L"Sten", L"ST stopp mot sten",
        {L"Kv. Kvarnen 3, nordvästra hörnet", L"Asfalt 0,1 m", L"", client}},
-      {L"102",
-       6638731.880,
-       647446.910,
-       10.57,
-       90.0,
-       L"12.05.2025",
-       kDreie | kRam,
-       ClayOverTill(0.8, 2.0, 10.2, 12.4),
-       93,
-       L"Fast",
-       L"MO fast botten",
-       {}},
-      {L"103",
-       6638748.120,
-       647472.340,
-       10.81,
-       90.0,
-       L"13.05.2025",
-       kEnkel,
-       ClayOverTill(0.4, 1.6, 8.6, 9.8),
-       91,
-       L"Sten",
-       L"ST sten eller block",
-       {}},
-      {L"104",
-       6638690.550,
-       647455.700,
-       10.18,
-       90.0,
-       L"13.05.2025",
-       kDtrykk | kTlk,
-       ClayOverTill(0.5, 2.2, 11.6, 13.0),
-       93,
-       L"Fast",
-       L"MO fast, stopp",
+      {L"102", 6638731.880, 647446.910, 10.57, 90.0, L"12.05.2025", kDreie | kRam,
+       ClayOverTill(0.8, 2.0, 10.2, 12.4), 93, L"Fast", L"MO fast botten", {}},
+      {L"103", 6638748.120, 647472.340, 10.81, 90.0, L"13.05.2025", kTotal | kTlk,
+       OnRock(0.4, 1.6, 8.6, 9.8), 94, L"Berg", L"F borrat 3 m i berg",
+       {L"Totalsondering till berg", L"Bergnivå för grundläggning"}},
+      {L"104", 6638690.550, 647455.700, 10.18, 90.0, L"13.05.2025", kDtrykk | kTlk,
+       ClayOverTill(0.5, 2.2, 11.6, 13.0), 93, L"Fast", L"MO fast, stopp",
        {L"Vid befintlig ledningsgrav", L"Grundvattenrör planerat"}},
-      {L"105",
-       6638672.010,
-       647430.160,
-       9.96,
-       90.0,
-       L"13.05.2025",
-       kRam,
+      {L"105", 6638672.010, 647430.160, 9.96, 90.0, L"13.05.2025", kRam,
        {{Soil::kFill, 1.2, L"FY sprängsten, grus"},
         {Soil::kClay, 7.8, L"LE grå, lös"},
         {Soil::kSilt, 9.0, L"SI lerig, vattenmättad"},
         {Soil::kTill, 11.6, L"MO sandig, stenig"}},
-       91,
-       L"Sten",
-       L"ST stopp mot block",
-       {}},
-      {L"106",
-       6638705.770,
-       647489.030,
-       10.63,
-       90.0,
-       L"14.05.2025",
-       kDreie | kDtrykk,
-       ClayOverTill(0.7, 1.9, 10.8, 12.2),
-       93,
-       L"Fast",
-       L"MO fast botten",
-       {}},
-      {L"107",
-       6638766.300,
-       647431.480,
-       10.94,
-       90.0,
-       L"14.05.2025",
-       kEnkel | kRam | kTlk,
+       91, L"Sten", L"ST stopp mot block", {}},
+      {L"106", 6638705.770, 647489.030, 10.63, 90.0, L"14.05.2025", kDreie | kDtrykk,
+       ClayOverTill(0.7, 1.9, 10.8, 12.2), 93, L"Fast", L"MO fast botten", {}},
+      {L"107", 6638766.300, 647431.480, 10.94, 90.0, L"14.05.2025", kEnkel | kRam | kTlk,
        {{Soil::kFill, 0.5, L"FY grus"},
         {Soil::kDryCrust, 1.4, L"TØ LE brun, torr"},
         {Soil::kClay, 6.2, L"LE grå, halvfast"},
         {Soil::kSand, 8.4, L"SA grå, vattenförande"},
         {Soil::kTill, 10.0, L"MO grusig"}},
-       93,
-       L"Fast",
-       L"MO fast, ej genomslagen",
-       {L"Mot Åsgatan, gångbana"}},
-      {L"108",
-       6638655.940,
-       647468.820,
-       9.88,
-       80.0,
-       L"14.05.2025",
-       kDreie,
-       ClayOverTill(0.6, 1.5, 12.1, 13.4),
-       91,
-       L"Sten",
-       L"ST stopp, lutande borrning",
+       93, L"Fast", L"MO fast, ej genomslagen", {L"Mot Åsgatan, gångbana"}},
+      {L"108", 6638655.940, 647468.820, 9.88, 80.0, L"14.05.2025", kDreie,
+       ClayOverTill(0.6, 1.5, 12.1, 13.4), 91, L"Sten", L"ST stopp, lutande borrning",
        {L"Snedborrning under befintlig byggnad", L"Lutning 80°", L"", client}},
-      {L"C1",
-       6638719.050,
-       647461.330,
-       10.52,
-       90.0,
-       L"15.05.2025",
-       kCpt | kTlk,
-       ClayOverTill(0.6, 1.8, 10.0, 11.4),
-       93,
-       L"Fast",
-       L"MO fast, max spetstryck",
+      {L"C1", 6638719.050, 647461.330, 10.52, 90.0, L"15.05.2025", kCpt | kTlk,
+       ClayOverTill(0.6, 1.8, 10.0, 11.4), 93, L"Fast", L"MO fast, max spetstryck",
        {L"CPTU mitt i huskroppen", L"Filter: glycerin, mättat före start"}},
-      {L"110",
-       6638724.180,
-       647503.550,
-       10.71,
-       90.0,
-       L"15.05.2025",
-       kEnkel | kRam,
-       ClayOverTill(0.6, 1.7, 9.9, 11.0),
-       91,
-       L"Sten",
-       L"ST sten",
+      {L"110", 6638724.180, 647503.550, 10.71, 90.0, L"15.05.2025", kFjell | kEnkel,
+       OnRock(0.6, 1.7, 9.9, 11.0), 94, L"Berg", L"F berg, 3 m",
        {L"Söder om pumpstationen"}},
-      {L"GV1",
-       6638698.400,
-       647412.900,
-       10.35,
-       90.0,
-       L"15.05.2025",
-       kDreie | kTlk,
+      {L"GV1", 6638698.400, 647412.900, 10.35, 90.0, L"15.05.2025", kDreie | kTlk,
        {{Soil::kFill, 0.9, L"FY grus, tegelrester"},
         {Soil::kDryCrust, 2.1, L"TØ LE gråbrun"},
         {Soil::kClay, 8.8, L"LE grå, lös, skikt av silt"},
         {Soil::kSand, 10.4, L"SA GV vattenförande"},
         {Soil::kTill, 12.0, L"MO stenig"}},
-       91,
-       L"Sten",
-       L"ST stopp mot sten",
-       {L"Blivande grundvattenrör, filter i sand"}},
-      {L"C2",
-       6638742.900,
-       647425.600,
-       10.66,
-       90.0,
-       L"16.05.2025",
-       kCpt | kDreie,
-       ClayOverTill(0.5, 1.6, 9.0, 10.6),
-       93,
-       L"Fast",
-       L"MO fast",
+       91, L"Sten", L"ST stopp mot sten", {L"Blivande grundvattenrör, filter i sand"}},
+      {L"C2", 6638742.900, 647425.600, 10.66, 90.0, L"16.05.2025", kCpt | kDreie,
+       ClayOverTill(0.5, 1.6, 9.0, 10.6), 93, L"Fast", L"MO fast",
        {L"Kontrollsondering vid 101"}},
   };
+  // clang-format on
 }
 
 void FillHeader(korvoprjdattype& h) {

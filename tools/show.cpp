@@ -99,6 +99,25 @@ Json RamRows(CKorvoRam& b) {
   });
 }
 
+// A total sounding's third number exists from the second generation of its
+// rows on, the word before it.
+Json TotalRows(CKorvoTotal& b) {
+  const bool word = b.format < 2;
+  return Rows(b, [word](const totaltype& r) {
+    Json j;
+    j["depth"] = Rounded(r.djup, 3);
+    j["tal1"] = r.tal1;
+    j["tal2"] = r.tal2;
+    if (word) {
+      j["word"] = FieldText(r.typ);
+    } else {
+      j["tal3"] = r.tal3;
+    }
+    Remark(j, r);
+    return j;
+  });
+}
+
 Json CptRows(CKorvoCpt& b) {
   return Rows(b, [](const cpttype& r) {
     Json j;
@@ -141,6 +160,8 @@ Json Blocks(CKorvoSnd& point) {
   Json blocks = Json::array();
   AddBlock(blocks, "Dreie", 21, point.m_dreie, DreieRows);
   AddBlock(blocks, "Ram", 24, point.m_ram, RamRows);
+  AddBlock(blocks, "Total", 25, point.m_total, TotalRows);
+  AddBlock(blocks, "Fjell", 26, point.m_fjell, CountRows<CKorvoFjell>);
   AddBlock(blocks, "Dtrykk", 23, point.m_dtrykk, CountRows<CKorvoDtrykk>);
   AddBlock(blocks, "Enkel", 22, point.m_enkel, CountRows<CKorvoEnkel>);
   AddBlock(blocks, "CPT", 7, point.m_cpt, CptRows);
@@ -168,6 +189,7 @@ Json Interpretation(CKorvoTlk* tlk) {
     row["remark"] = FieldText(r.anmarkning);
     row["comment"] = FieldText(r.kommentar);
     row["source"] = r.kalla;
+    row["source2"] = r.kalla2;
     return row;
   });
   return j;
