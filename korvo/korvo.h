@@ -20,6 +20,8 @@
 #include "korvo/platform/file.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/code_table.h"
+#include "korvo/soundings/cpt_presentation.h"
+#include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
 
 #endif  // KORVO_KORVO_H_

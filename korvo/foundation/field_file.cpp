@@ -11,14 +11,14 @@ namespace {
 constexpr int kOpenTries = 3;
 constexpr int kRetryWaitMs = 200;
 
-void FormatDate(wchar_t (&field)[11], const wchar_t* form, const LocalTime& t) {
-  const bool year_first = form == kObservationFileDate;
-  CopyField(field, year_first ? Format(form, t.year, t.month, t.day)
-                              : Format(form, t.day, t.month, t.year));
+void FormatDate(wchar_t (&field)[11], FileDateForm form, const LocalTime& t) {
+  CopyField(field, form == FileDateForm::kObservation
+                       ? Format(L"%4d-%02.2d-%02.2d", t.year, t.month, t.day)
+                       : Format(L"%02.2d.%02.2d.%4d", t.day, t.month, t.year));
 }
 }  // namespace
 
-void TakeFileDates(const std::wstring& path, const wchar_t* form, wchar_t (&skapad)[11],
+void TakeFileDates(const std::wstring& path, FileDateForm form, wchar_t (&skapad)[11],
                    wchar_t (&andrad)[11]) {
   LocalTime created, written;
   if (!GetLocalFileTimes(path, &created, &written)) return;

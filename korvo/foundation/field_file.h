@@ -9,15 +9,13 @@
 
 namespace korvo {
 
-// The forms of the two file dates: the sounding document writes day first,
-// the field observation files year first.
-inline constexpr const wchar_t* kSoundingFileDate = L"%02.2d.%02.2d.%4d";
-inline constexpr const wchar_t* kObservationFileDate = L"%4d-%02.2d-%02.2d";
+// The forms of the two file dates: the sounding document writes them day
+// first ("09.03.2014"), the field observation files year first ("2014-03-09").
+enum class FileDateForm { kSounding, kObservation };
 
 // Sets `skapad` and `andrad` to the local dates of creation and last write of
-// the file at `path`, in `form` (one of the two above). Leaves both when there
-// is no file.
-void TakeFileDates(const std::wstring& path, const wchar_t* form, wchar_t (&skapad)[11],
+// the file at `path`, in `form`. Leaves both when there is no file.
+void TakeFileDates(const std::wstring& path, FileDateForm form, wchar_t (&skapad)[11],
                    wchar_t (&andrad)[11]);
 
 // Opens `stream` on `path` for reading. A file that will not open is tried

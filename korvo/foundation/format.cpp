@@ -69,6 +69,11 @@ wchar_t ToLower(wchar_t c) {
   return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
 }
 
+// The value of a decimal digit, or 10 and more for anything else.
+unsigned DecimalDigit(wchar_t c) {
+  return static_cast<unsigned>(c) - L'0';
+}
+
 int DigitValue(wchar_t c) {
   if (IsDigit(c)) return c - L'0';
   c = ToLower(c);
@@ -78,36 +83,35 @@ int DigitValue(wchar_t c) {
 
 enum class Length { kNone, kChar, kShort, kLong, kLongLong, kLongDouble };
 
-// Reads the length modifier at `f`; returns the first character after it.
-const wchar_t* ParseLength(const wchar_t* f, Length* length) {
-  *length = Length::kNone;
-  switch (*f) {
+// The length a single modifier letter names; kNone for any other letter.
+Length LengthLetter(wchar_t c) {
+  switch (c) {
     case L'h':
-      if (f[1] == L'h') {
-        *length = Length::kChar;
-        return f + 2;
-      }
-      *length = Length::kShort;
-      return f + 1;
+      return Length::kShort;
     case L'l':
-      if (f[1] == L'l') {
-        *length = Length::kLongLong;
-        return f + 2;
-      }
-      *length = Length::kLong;
-      return f + 1;
+      return Length::kLong;
     case L'L':
     case L'q':
-      *length = Length::kLongDouble;
-      return f + 1;
+      return Length::kLongDouble;
     case L'j':
     case L'z':
     case L't':
-      *length = Length::kLongLong;
-      return f + 1;
+      return Length::kLongLong;
     default:
-      return f;
+      return Length::kNone;
   }
+}
+
+// Reads the length modifier at `f`; returns the first character after it.
+// Kept small: it is on the path of every conversion.
+inline const wchar_t* ParseLength(const wchar_t* f, Length* length) {
+  *length = LengthLetter(*f);
+  if (*length == Length::kNone) return f;
+  if ((*f == L'h' || *f == L'l') && f[1] == *f) {
+    *length = *f == L'h' ? Length::kChar : Length::kLongLong;
+    return f + 2;
+  }
+  return f + 1;
 }
 
 // Reads a run of decimal digits, saturating at INT_MAX.
@@ -304,23 +308,23 @@ char* SmallFixed(char* buf, double v, int precision) {
   double hi, lo;
   TwoProduct(v, kPowersOfTen[precision], &hi, &lo);
   if (!(hi < 0x1p52)) return nullptr;
-  double n = std::floor(hi);
+  // hi is neither negative nor beyond 2^52 here, so truncation is the floor.
+  double n = static_cast<double>(static_cast<unsigned long long>(hi));
   double d = hi - n;  // exact
   // The low part is below half a unit of hi, and d and 0.5 are multiples of
   // that unit, so only a tie at 0.5 needs it.
   bool up = d > 0.5 || (d == 0.5 && (lo > 0 || (lo == 0 && std::fmod(n, 2.0) != 0)));
   auto scaled = static_cast<unsigned long long>(n) + (up ? 1 : 0);
-  auto unit = static_cast<unsigned long long>(kPowersOfTen[precision]);
+  // All digits at once, then the point put in: no division by a variable.
   char digits[24];
   char* end = digits + sizeof digits;
-  char* start = DigitsBackwards(end, scaled / unit, 10, false);
-  char* out = std::copy(start, end, buf);
+  char* start = DigitsBackwards(end, scaled, 10, false);
+  while (end - start < precision + 1) *--start = '0';
+  char* point = end - precision;
+  char* out = std::copy(start, point, buf);
   if (precision > 0) {
     *out++ = '.';
-    unsigned long long frac = scaled % unit;
-    for (int i = precision - 1; i >= 0; --i, frac /= 10)
-      out[i] = static_cast<char>('0' + frac % 10);
-    out += precision;
+    out = std::copy(point, end, out);
   }
   return out;
 }
@@ -511,6 +515,10 @@ struct ScanSpec {
   int width = -1;  // -1: no limit
   Length length = Length::kNone;
   wchar_t conv = 0;
+  // "%[...]": the members between `set` and `set_end`.
+  const wchar_t* set = nullptr;
+  const wchar_t* set_end = nullptr;
+  bool negate = false;
 };
 
 // How one step of the scan ended. kInputEnd before the first assignment
@@ -643,32 +651,186 @@ bool ParseFloatText(const char* s, const char* end, T* value) {
   return true;
 }
 
+// Reads the set of "%[" up to its closing ']'. A set without one ends the
+// scan, as an unknown conversion does.
+const wchar_t* ParseScanSet(const wchar_t* f, ScanSpec* spec) {
+  spec->negate = *f == L'^';
+  if (spec->negate) ++f;
+  spec->set = f;
+  if (*f == L']') ++f;  // a ']' first is a member
+  while (*f != 0 && *f != L']') ++f;
+  spec->set_end = f;
+  if (*f == 0) {
+    spec->conv = 0;
+    return f;
+  }
+  return f + 1;
+}
+
+// Reads assignment suppression, width, length and conversion of the
+// conversion after '%'; returns where the format goes on.
+const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
+  if (*f == L'*') {
+    spec->suppress = true;
+    ++f;
+  }
+  if (IsDigit(*f)) {
+    f = ParseCount(f, &spec->width);
+    if (spec->width == 0) spec->width = -1;
+  }
+  f = ParseLength(f, &spec->length);
+  spec->conv = *f;
+  if (spec->conv == 0) return f;
+  if (spec->conv == L'[') return ParseScanSet(f + 1, spec);
+  return f + 1;
+}
+
+// Up to 19 decimal digits cannot overflow: the common integer is read in
+// one tight loop. Returns the end of the number, or null for anything else
+// (no digits, more digits).
+const wchar_t* ReadShortDecimal(const wchar_t* q, const wchar_t* end, bool* negative,
+                                unsigned long long* magnitude) {
+  *negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
+  const wchar_t* digits = q;
+  unsigned long long m = 0;
+  for (unsigned d; q != end && q - digits < 19 && (d = DecimalDigit(*q)) < 10; ++q) {
+    m = m * 10 + d;
+  }
+  if (q == digits || (q != end && DecimalDigit(*q) < 10)) return nullptr;
+  *magnitude = m;
+  return q;
+}
+
+// What strtol and strtoll give for a magnitude and sign.
+long long SaturatedSigned(bool negative, unsigned long long magnitude, bool overflow) {
+  if (negative) {
+    return overflow || magnitude > (1ULL << 63) ? LLONG_MIN : static_cast<long long>(0 - magnitude);
+  }
+  return overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
+}
+
+// A plain decimal: digits, at most one point, no exponent.
+struct PlainNumber {
+  unsigned long long mantissa = 0;
+  int decimals = 0;
+  bool negative = false;
+};
+
+// Reads a plain decimal ("-12.345", "7", ".5", "5.") of at most 19
+// significant digits. Returns its end, or null where the general path must
+// read the number (no digits, an exponent, hexadecimal, more digits).
+const wchar_t* ReadPlainDecimal(const wchar_t* q, const wchar_t* end, PlainNumber* n) {
+  n->negative = *q == L'-';
+  if (*q == L'-' || *q == L'+') ++q;
+  unsigned long long mantissa = 0;
+  int significant = 0;  // leading zeros not counted: "0.025" has two
+  int decimals = 0;
+  bool any_digit = false;
+  bool point = false;
+  for (; q != end; ++q) {
+    unsigned d = DecimalDigit(*q);
+    if (d < 10) {
+      any_digit = true;
+      // Wraps only past 19 significant digits, which are refused below.
+      mantissa = mantissa * 10 + d;
+      significant += mantissa != 0;
+      decimals += point;
+    } else if (*q == L'.' && !point) {
+      point = true;
+    } else {
+      break;
+    }
+  }
+  if (!any_digit || significant > 19) return nullptr;
+  if (q != end && (ToLower(*q) == L'e' || ToLower(*q) == L'x')) return nullptr;
+  n->mantissa = mantissa;
+  n->decimals = decimals;
+  return q;
+}
+
+// 10^-k rounded to double.
+constexpr double kTenths[] = {1e0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
+
+// Stores a plain decimal whose digits and power of ten are exact doubles:
+// one correctly rounded division gives the value, as the C library's exact
+// conversion would.
+//
+// A float needs no division. With m <= 2^24 and k <= 10, m / 10^k is never
+// a midpoint between two floats and lies at least 2^-48 (relative) from
+// any: a midpoint has 25 significant bits, so the distance is a nonzero
+// multiple of 2^e / 5^k against a value below 2^(e+25). m times 10^-k in
+// double is off by at most 2^-52, so it rounds to the same float.
+//
+// Returns false, storing nothing, for anything else (long mantissas, many
+// decimals, a long double).
+bool StorePlainDecimal(const ScanArg& dest, const PlainNumber& n) {
+  ScanArg::Kind kind = dest.kind();
+  if (kind == ScanArg::kFloat) {
+    if (n.mantissa > (1u << 24) || n.decimals > 10) return false;
+    auto v = static_cast<float>(static_cast<double>(n.mantissa) * kTenths[n.decimals]);
+    *static_cast<float*>(dest.pointer()) = n.negative ? -v : v;
+    return true;
+  }
+  if (n.mantissa > (1ULL << 53) || n.decimals > 22) return false;
+  if (kind == ScanArg::kLongDouble || !IsNumberKind(kind)) return false;
+  double v = static_cast<double>(n.mantissa) / kPowersOfTen[n.decimals];
+  StoreNumber(dest, n.negative ? -v : v);
+  return true;
+}
+
+// Whether the destination is the integer type that the length modifier
+// names, so that a plain integer store is what the C library would do.
+bool IsIntegerOfLength(ScanArg::Kind kind, Length length) {
+  switch (length) {
+    case Length::kNone:
+      return kind == ScanArg::kInt;
+    case Length::kLong:
+      return kind == ScanArg::kLong;
+    case Length::kShort:
+      return kind == ScanArg::kShort;
+    default:
+      return false;
+  }
+}
+
 class Scanner {
  public:
-  Scanner(std::wstring_view input, const ScanArg* begin, const ScanArg* end)
-      : p_(input.data()), end_(input.data() + input.size()), next_(begin), last_(end) {}
+  // A null `end` scans up to the terminating zero.
+  Scanner(const wchar_t* input, const wchar_t* end, const ScanArg* begin, const ScanArg* last)
+      : p_(input), end_(end), next_(begin), last_(last) {}
 
   int Run(const wchar_t* f);
 
  private:
   void SkipSpace() {
-    while (p_ < end_ && IsSpace(*p_)) ++p_;
+    const wchar_t* p = p_;  // in a register, not in the object
+    while (p != end_ && IsSpace(*p)) ++p;
+    p_ = p;
   }
-  bool AtEnd() const { return p_ == end_; }
+  // Loops that stop at any character outside a class (digits, blanks) need
+  // only compare with end_: the terminating zero is in no class.
+  bool Ends(const wchar_t* q) const { return q == end_ || (end_ == nullptr && *q == 0); }
+  bool AtEnd() const { return Ends(p_); }
   // Takes one character within the field width.
   bool Take(int* width) {
     if (*width > 0) --*width;
-    return ++p_ != end_;
+    ++p_;
+    return !AtEnd();
   }
 
-  Step Convert(const ScanSpec& spec, const wchar_t** f);
+  Step Convert(const ScanSpec& spec);
   Step ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed);
   Step ScanFloat(const ScanSpec& spec);
   Step ScanWord(const ScanSpec& spec);
   Step ScanChars(const ScanSpec& spec);
-  Step ScanSet(const ScanSpec& spec, const wchar_t** f);
+  Step ScanSet(const ScanSpec& spec);
   Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
-  bool SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end);
+  Step ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed);
+  const wchar_t* RunCommon(const wchar_t* f);
+  Step StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+                    unsigned long long magnitude, bool overflow);
+  bool PlainDecimal(const ScanSpec& spec);
 
   // The next destination, or null when the caller gave too few.
   const ScanArg* Destination() { return next_ != last_ ? next_++ : nullptr; }
@@ -684,46 +846,84 @@ class Scanner {
   int done_ = 0;
 };
 
+// "%d", "%ld", "%hd", "%f" and "%lf" into their own types, and single
+// blanks between them: the conversions of a data row, taken in one loop
+// that keeps the position in a register. Stops at the first directive it
+// does not take or number it cannot read, leaving the scanner's state for
+// Run to go on from there.
+const wchar_t* Scanner::RunCommon(const wchar_t* f) {
+  const wchar_t* p = p_;
+  const ScanArg* next = next_;
+  int done = done_;
+  for (;;) {
+    if (*f == L' ') {
+      while (p != end_ && IsSpace(*p)) ++p;
+      ++f;
+      continue;
+    }
+    if (*f != L'%' || next == last_) break;
+    Length length = Length::kNone;
+    const wchar_t* conv = f + 1;
+    if (*conv == L'l' || *conv == L'h') length = LengthLetter(*conv++);
+    const wchar_t* q = p;
+    while (q != end_ && IsSpace(*q)) ++q;
+    if (Ends(q)) break;
+    if (*conv == L'd' && IsIntegerOfLength(next->kind(), length)) {
+      bool negative;
+      unsigned long long magnitude;
+      q = ReadShortDecimal(q, end_, &negative, &magnitude);
+      if (q == nullptr) break;
+      StoreNumber(*next, NarrowSigned(SaturatedSigned(negative, magnitude, false), length));
+    } else if (*conv == L'f' && length != Length::kShort) {
+      PlainNumber n;
+      q = ReadPlainDecimal(q, end_, &n);
+      bool right_type =
+          next->kind() == (length == Length::kLong ? ScanArg::kDouble : ScanArg::kFloat);
+      if (q == nullptr || !right_type || !StorePlainDecimal(*next, n)) break;
+    } else {
+      break;
+    }
+    p = q;
+    ++next;
+    ++done;
+    f = conv + 1;
+  }
+  p_ = p;
+  next_ = next;
+  done_ = done;
+  return f;
+}
+
 int Scanner::Run(const wchar_t* f) {
-  while (*f != 0) {
-    if (IsSpace(*f)) {
+  f = RunCommon(f);
+  for (wchar_t c = *f; c != 0; c = *f) {
+    if (c == L'%' && f[1] != L'%') {
+      ScanSpec spec;
+      f = ParseScanSpec(f + 1, &spec);
+      if (spec.conv == 0) break;
+      Step step = Convert(spec);
+      if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
+      if (step == Step::kMismatch) break;
+      continue;
+    }
+    if (IsSpace(c)) {
       SkipSpace();
       ++f;
       continue;
     }
-    if (*f != L'%' || f[1] == L'%') {
-      if (*f == L'%') {
-        SkipSpace();
-        ++f;
-      }
-      if (AtEnd()) return done_ == 0 ? -1 : done_;
-      if (*p_ != *f) return done_;
-      ++p_;
-      ++f;
-      continue;
-    }
-    ScanSpec spec;
-    ++f;
-    if (*f == L'*') {
-      spec.suppress = true;
+    if (c == L'%') {
+      SkipSpace();
       ++f;
     }
-    if (IsDigit(*f)) {
-      f = ParseCount(f, &spec.width);
-      if (spec.width == 0) spec.width = -1;
-    }
-    f = ParseLength(f, &spec.length);
-    spec.conv = *f;
-    if (spec.conv == 0) break;
+    if (AtEnd()) return done_ == 0 ? -1 : done_;
+    if (*p_ != *f) return done_;
+    ++p_;
     ++f;
-    Step step = Convert(spec, &f);
-    if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
-    if (step == Step::kMismatch) break;
   }
   return done_;
 }
 
-Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
+Step Scanner::Convert(const ScanSpec& spec) {
   if (spec.conv != L'c' && spec.conv != L'[') SkipSpace();
   switch (spec.conv) {
     case L'd':
@@ -753,16 +953,30 @@ Step Scanner::Convert(const ScanSpec& spec, const wchar_t** f) {
     case L'C':
       return ScanChars(spec);
     case L'[':
-      return ScanSet(spec, f);
+      return ScanSet(spec);
     default:
       return Step::kMismatch;
   }
 }
 
-Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
+inline Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   if (AtEnd()) return Step::kInputEnd;
+  bool negative = false;
+  unsigned long long magnitude = 0;
+  if (base == 10 && spec.width < 0) {
+    if (const wchar_t* q = ReadShortDecimal(p_, end_, &negative, &magnitude)) {
+      p_ = q;
+      return StoreInteger(spec, is_signed, negative, magnitude, false);
+    }
+  }
+  return ScanAnyInteger(spec, base, is_signed);
+}
+
+// Any base, any width, any number of digits.
+Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
   int width = spec.width;
   bool negative = false;
+  unsigned long long magnitude = 0;
   if (*p_ == L'-' || *p_ == L'+') {
     negative = *p_ == L'-';
     Take(&width);
@@ -778,7 +992,6 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
     }
   }
   if (base == 0) base = 10;
-  unsigned long long magnitude = 0;
   bool overflow = false;
   for (; width != 0 && !AtEnd(); Take(&width)) {
     unsigned d = static_cast<unsigned>(DigitValue(*p_));
@@ -791,19 +1004,18 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
     }
   }
   if (!any_digit) return Step::kMismatch;
+  return StoreInteger(spec, is_signed, negative, magnitude, overflow);
+}
+
+inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+                                  unsigned long long magnitude, bool overflow) {
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
   // Big numbers saturate, as with strtol and strtoul, and are then cut to
   // the size the length modifier names.
   if (is_signed) {
-    long long v;
-    if (negative) {
-      v = overflow || magnitude > (1ULL << 63) ? LLONG_MIN : static_cast<long long>(0 - magnitude);
-    } else {
-      v = overflow || magnitude > LLONG_MAX ? LLONG_MAX : static_cast<long long>(magnitude);
-    }
-    StoreNumber(*dest, NarrowSigned(v, spec.length));
+    StoreNumber(*dest, NarrowSigned(SaturatedSigned(negative, magnitude, overflow), spec.length));
   } else {
     unsigned long long v = overflow ? ULLONG_MAX : negative ? 0 - magnitude : magnitude;
     StoreNumber(*dest, NarrowUnsigned(v, spec.length));
@@ -816,6 +1028,7 @@ Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
 // "1" is a number.
 Step Scanner::ScanFloat(const ScanSpec& spec) {
   if (AtEnd()) return Step::kInputEnd;
+  if (spec.width < 0 && PlainDecimal(spec)) return spec.suppress ? Step::kOk : Assigned();
   const wchar_t* start = p_;
   int width = spec.width;
   size_t sign = 0;
@@ -865,7 +1078,6 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
     size_t taken = p_ - start;
     if (taken == sign || (hex && taken == sign + 2)) return Step::kMismatch;
   }
-  if (SimpleDecimal(spec, start, p_)) return spec.suppress ? Step::kOk : Assigned();
   // The text is ASCII by now: narrow it for std::from_chars.
   size_t n = p_ - start;
   char small[128];
@@ -879,39 +1091,15 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
   return StoreFloat(spec, text, text + n);
 }
 
-// Plain decimals ("-12.345", "7") whose digits and power of ten are exact
-// in the destination's type: one correctly rounded division or product
-// gives the value. Returns false, storing nothing, for anything else.
-bool Scanner::SimpleDecimal(const ScanSpec& spec, const wchar_t* s, const wchar_t* end) {
-  bool negative = *s == L'-';
-  if (*s == L'-' || *s == L'+') ++s;
-  unsigned long long mantissa = 0;
-  int digits = 0;
-  int decimals = 0;
-  bool seen_point = false;
-  for (; s < end; ++s) {
-    if (IsDigit(*s)) {
-      mantissa = mantissa * 10 + (*s - L'0');
-      ++digits;
-      if (seen_point) ++decimals;
-    } else if (*s == L'.' && !seen_point) {
-      seen_point = true;
-    } else {
-      return false;
-    }
-  }
-  if (digits == 0 || digits > 15 || decimals > 22) return false;
-  if (spec.suppress) return true;
-  if (next_ == last_ || !IsNumberKind(next_->kind())) return false;
-  if (next_->kind() == ScanArg::kFloat) {
-    if (mantissa > (1u << 24) || decimals > 10) return false;
-    float v = static_cast<float>(mantissa) / static_cast<float>(kPowersOfTen[decimals]);
-    StoreNumber(*Destination(), negative ? -v : v);
-    return true;
-  }
-  double v = static_cast<double>(mantissa) / kPowersOfTen[decimals];
-  if (next_->kind() == ScanArg::kLongDouble) return false;
-  StoreNumber(*Destination(), negative ? -v : v);
+// Plain decimals in a float or double destination (see PlainDecimal).
+// Returns false, consuming and storing nothing, where they do not apply.
+inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
+  PlainNumber n;
+  const wchar_t* q = ReadPlainDecimal(p_, end_, &n);
+  if (q == nullptr) return false;
+  if (!spec.suppress && (next_ == last_ || !StorePlainDecimal(*next_, n))) return false;
+  if (!spec.suppress) ++next_;
+  p_ = q;
   return true;
 }
 
@@ -976,19 +1164,11 @@ bool InSet(wchar_t c, const wchar_t* set, const wchar_t* set_end) {
   return false;
 }
 
-Step Scanner::ScanSet(const ScanSpec& spec, const wchar_t** f) {
-  const wchar_t* set = *f;
-  bool negate = *set == L'^';
-  if (negate) ++set;
-  const wchar_t* set_end = set;
-  if (*set_end == L']') ++set_end;  // a ']' first is a member
-  while (*set_end != 0 && *set_end != L']') ++set_end;
-  if (*set_end == 0) return Step::kMismatch;
-  *f = set_end + 1;
+Step Scanner::ScanSet(const ScanSpec& spec) {
   if (AtEnd()) return Step::kInputEnd;
   const wchar_t* start = p_;
   int width = spec.width;
-  while (width != 0 && !AtEnd() && InSet(*p_, set, set_end) != negate) Take(&width);
+  while (width != 0 && !AtEnd() && InSet(*p_, spec.set, spec.set_end) != spec.negate) Take(&width);
   if (p_ == start) return Step::kMismatch;
   if (spec.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
@@ -1012,7 +1192,13 @@ void AppendFormatArgs(std::wstring& out, const wchar_t* format,
 }
 
 int ScanArgs(std::wstring_view input, const wchar_t* format, std::initializer_list<ScanArg> args) {
-  return Scanner(input, args.begin(), args.end()).Run(format);
+  // An empty view may have no data at all; a null end would then read it.
+  const wchar_t* begin = input.empty() ? L"" : input.data();
+  return Scanner(begin, begin + input.size(), args.begin(), args.end()).Run(format);
+}
+
+int ScanArgs(const wchar_t* input, const wchar_t* format, std::initializer_list<ScanArg> args) {
+  return Scanner(input, nullptr, args.begin(), args.end()).Run(format);
 }
 
 }  // namespace korvo

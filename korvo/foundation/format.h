@@ -80,8 +80,21 @@ std::wstring Format(const wchar_t* format, const Args&... args) {
 // (where the C library would overrun).
 class ScanArg {
  public:
-  enum Kind { kShort, kInt, kLong, kLongLong, kUShort, kUInt, kULong, kULongLong, kFloat,
-              kDouble, kLongDouble, kChars, kWString };
+  enum Kind {
+    kShort,
+    kInt,
+    kLong,
+    kLongLong,
+    kUShort,
+    kUInt,
+    kULong,
+    kULongLong,
+    kFloat,
+    kDouble,
+    kLongDouble,
+    kChars,
+    kWString
+  };
 
   ScanArg(short* p) : kind_(kShort), p_(p) {}
   ScanArg(int* p) : kind_(kInt), p_(p) {}
@@ -113,10 +126,19 @@ class ScanArg {
 KORVO_EXPORT int ScanArgs(std::wstring_view input, const wchar_t* format,
                           std::initializer_list<ScanArg> args);
 
+// The same for a zero-terminated `input`, which is not measured first.
+KORVO_EXPORT int ScanArgs(const wchar_t* input, const wchar_t* format,
+                          std::initializer_list<ScanArg> args);
+
 // Scan(line, L"%f %d %lf", &a, &b, &c). A fixed text array is passed as
 // &array, so that its capacity is known.
 template <class... Ptrs>
 int Scan(std::wstring_view input, const wchar_t* format, Ptrs... ptrs) {
+  return ScanArgs(input, format, {ScanArg(ptrs)...});
+}
+
+template <class... Ptrs>
+int Scan(const wchar_t* input, const wchar_t* format, Ptrs... ptrs) {
   return ScanArgs(input, format, {ScanArg(ptrs)...});
 }
 

@@ -183,16 +183,25 @@ void ExpectSameScan(const std::wstring& line, const wchar_t* format) {
   std::tuple<T...> mine, theirs;
   std::apply([](auto&... v) { (Fill(v), ...); }, mine);
   std::apply([](auto&... v) { (Fill(v), ...); }, theirs);
-  int n_mine = std::apply([&](auto&... v) { return Scan(line, format, &v...); }, mine);
   int n_theirs =
       std::apply([&](auto&... v) { return std::swscanf(line.c_str(), format, &v...); }, theirs);
-  ASSERT_EQ(n_mine, n_theirs) << Narrow(format) << " line [" << Narrow(line) << "]";
-  bool same = std::apply(
-      [&](auto&... a) {
-        return std::apply([&](auto&... b) { return (SameBytes(a, b) && ...); }, theirs);
-      },
-      mine);
-  EXPECT_TRUE(same) << Narrow(format) << " line [" << Narrow(line) << "]";
+  // Both inputs: the view, and the zero-terminated text that is not measured.
+  for (bool terminated : {false, true}) {
+    std::apply([](auto&... v) { (Fill(v), ...); }, mine);
+    int n_mine = std::apply(
+        [&](auto&... v) {
+          return terminated ? Scan(line.c_str(), format, &v...) : Scan(line, format, &v...);
+        },
+        mine);
+    ASSERT_EQ(n_mine, n_theirs) << Narrow(format) << " line [" << Narrow(line) << "]";
+    bool same = std::apply(
+        [&](auto&... a) {
+          return std::apply([&](auto&... b) { return (SameBytes(a, b) && ...); }, theirs);
+        },
+        mine);
+    EXPECT_TRUE(same) << Narrow(format) << " line [" << Narrow(line) << "] terminated "
+                      << terminated;
+  }
 }
 
 // Lines of numbers in every spelling a field file may hold, good and bad.
@@ -234,7 +243,21 @@ std::vector<std::wstring> SampleLines() {
                           "4294967296",
                           "3.4028236e38",
                           "1.00000005960464477539062500000001",
-                          "7e-46"};
+                          "7e-46",
+                          "000012.50",
+                          "16777216",
+                          "16777217",
+                          "1677721.7",
+                          "0.0000000001",
+                          "0.00000000001",
+                          "9007199254740993",
+                          "1234567890123456789",
+                          "12345678901234567890",
+                          "0.1234567890123456789012",
+                          "0.3000000119",
+                          "-0.0",
+                          "5.e3",
+                          "1.5x"};
   const char* separators[] = {" ", "  ", "\t", " \t ", ",", ""};
   std::mt19937 rng(3);
   std::vector<std::wstring> lines = {L"", L"   ", L"\t", L"  1.200   12 25", L"12,5 7"};
@@ -266,6 +289,25 @@ TEST(ScanTest, NumbersMatchTheCLibrary) {
   }
 }
 
+// Plain decimals with every count of digits on both sides of the point,
+// leading and trailing zeros: the exact fast conversions and the general
+// one must agree with the C library to the last bit.
+TEST(ScanTest, PlainDecimalsRoundAsTheCLibrary) {
+  std::mt19937_64 rng(11);
+  for (int i = 0; i < 20000; ++i) {
+    std::string digits = std::to_string(rng() >> (rng() % 64));
+    size_t zeros = rng() % 4;
+    digits = std::string(zeros, '0') + digits + std::string(rng() % 3, '0');
+    size_t point = rng() % (digits.size() + 1);
+    std::string text =
+        (rng() % 2 ? "-" : "") + digits.substr(0, point) + "." + digits.substr(point);
+    if (rng() % 8 == 0) text.erase(text.find('.'), 1);
+    std::wstring line = Widen(text + " " + text);
+    ExpectSameScan<float, double>(line, L"%f %lf");
+    ExpectSameScan<double, long double>(line, L"%lf%Lf");
+  }
+}
+
 TEST(ScanTest, EndOfInputBeforeTheFirstAssignmentGivesMinusOne) {
   int a = 0, b = 0;
   EXPECT_EQ(Scan(L"", L"%d", &a), -1);
@@ -275,6 +317,9 @@ TEST(ScanTest, EndOfInputBeforeTheFirstAssignmentGivesMinusOne) {
   EXPECT_EQ(Scan(L"7", L"%d %d", &a, &b), 1);
   EXPECT_EQ(a, 7);
   EXPECT_EQ(Scan(L"", L""), 0);
+  EXPECT_EQ(Scan(std::wstring_view(), L"%d", &a), -1);
+  EXPECT_EQ(Scan(std::wstring_view(L"12 34", 3), L"%d %d", &a, &b), 1);
+  EXPECT_EQ(a, 12);
 }
 
 TEST(ScanTest, FieldFileLines) {

@@ -119,7 +119,7 @@ int CKorvoTlk::Init(CStdioFileMem* fil, const wchar_t*, const wchar_t* path) {
                        korvo::MB_ICONWARNING);
     return -1;
   }
-  korvo::TakeFileDates(file, korvo::kObservationFileDate, skapad, andrad);
+  korvo::TakeFileDates(file, korvo::FileDateForm::kObservation, skapad, andrad);
   if (in->strom == nullptr && !korvo::OpenFieldFile(*in, file)) return -1;
   const int result = ReadRows(*in);
   if (in == &own) own.Close();

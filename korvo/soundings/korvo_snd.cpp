@@ -13,6 +13,7 @@
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
+#include "korvo/soundings/korvo_cpt.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -184,6 +185,7 @@ CKorvoSnd::~CKorvoSnd() {
   delete m_dtrykk;
   delete m_enkel;
   delete m_ram;
+  delete m_cpt;
   delete m_tlk;
   delete own_proj_;
 }
@@ -210,6 +212,8 @@ int CKorvoSnd::New(int code) {
       return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
     case kCodeRam:
       return MakePart(m_ram, konvflagga, rensa, samlagring);
+    case kCodeCpt:
+      return MakePart(m_cpt, konvflagga, rensa, samlagring);
     case kCodeTlk:
       return MakePart(m_tlk, konvflagga, rensa, samlagring);
     default:
@@ -282,7 +286,7 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   korvo::CopyField(id, pid ? pid : L"");
   orgnamn[0] = L'\0';
   const std::wstring path_read = m_snd.GetFilePath();
-  korvo::TakeFileDates(path_read, korvo::kSoundingFileDate, skapad, andrad);
+  korvo::TakeFileDates(path_read, korvo::FileDateForm::kSounding, skapad, andrad);
   if (korvo::FileExists(path_read) && korvo::OpenFieldFile(m_snd, path_read)) {
     typ = &Bh;
     ReadHead();
@@ -353,8 +357,7 @@ void CKorvoSnd::ReadBlocks() {
         ReportPartNotMade(code, id);
       }
     } else if (code == kCodeCptHeader) {
-      korvo::ShowStatus(
-          korvo::Format(L"Kan inte skapa klassinformation för CPTHeader (Id=%s)", id));
+      ReadCptHeader();
     } else if (code != kCodeContinue) {
       korvo::ShowStatus(korvo::Format(L"Okänd metodkod (%d) för Id: %s", code, id));
       SkipToMarker(line_);
@@ -378,8 +381,20 @@ void CKorvoSnd::InitMethod(int code) {
     case kCodeRam:
       m_ram->Init(&m_snd, datum);
       break;
+    case kCodeCpt:
+      m_cpt->Init(&m_snd, datum);
+      break;
     default:
       break;
+  }
+}
+
+// The keyword header of a CPT follows its block, and belongs to it.
+void CKorvoSnd::ReadCptHeader() {
+  if (m_cpt) {
+    m_cpt->header.Init(&m_snd);
+  } else {
+    korvo::ShowStatus(korvo::Format(L"Kan inte skapa klassinformation för CPTHeader (Id=%s)", id));
   }
 }
 
@@ -540,6 +555,7 @@ void CKorvoSnd::WriteMethods() {
   if (m_ram) m_ram->Uppdat(&m_snd);
   if (m_dtrykk) m_dtrykk->Uppdat(&m_snd);
   if (m_enkel) m_enkel->Uppdat(&m_snd);
+  if (m_cpt) m_cpt->Uppdat(&m_snd);
 }
 
 void CKorvoSnd::WriteOtherParts() {

@@ -166,6 +166,7 @@ class KORVO_EXPORT CKorvoSnd {
   void ReadHead();
   void ReadBlocks();
   void InitMethod(int code);
+  void ReadCptHeader();
   void ReadIdentity(std::wstring& line);
   bool SkipToMarker(std::wstring& line);
   int ReadOtherFiles();

@@ -86,6 +86,12 @@ class SoundingBlock : public list0<Row> {
   //   static void PrepareForWrite(Row& row);  field rules applied before a row is written
   //   static void AppendLeft(const Row& row, std::wstring& out);
   //
+  // and, where a row has more behind its remark, optionally
+  //
+  //   static std::wstring_view Remark(std::wstring_view line);  the remark's text
+  //   static void ScanTail(std::wstring_view line, Row& row);
+  //   static void AppendTail(const Row& row, std::wstring& out);  behind the remark
+  //
   // Every line makes a row, filled from zeros. Returns 0, or -1 when the
   // stream ends right behind the code line.
   template <class Rows>
@@ -97,7 +103,12 @@ class SoundingBlock : public list0<Row> {
       Row& row = this->sista->rec;
       const std::wstring_view text = CutAtNewline(line);
       Rows::ScanLeft(text, row);
-      TakeRemark(text, Rows::kRemarkColumn, Rows::kCode, row);
+      if constexpr (requires { Rows::Remark(text); }) {
+        TakeRemark(Rows::Remark(text), Rows::kCode, row);
+      } else {
+        TakeRemark(RemarkAt(text, Rows::kRemarkColumn), Rows::kCode, row);
+      }
+      if constexpr (requires { Rows::ScanTail(text, row); }) Rows::ScanTail(text, row);
     }
     return 0;
   }
@@ -116,6 +127,7 @@ class SoundingBlock : public list0<Row> {
         line.clear();
         Rows::AppendLeft(row, line);
         AppendRemark(line, Rows::kRemarkColumn, row.anm);
+        if constexpr (requires { Rows::AppendTail(row, line); }) Rows::AppendTail(row, line);
         line += L'\n';
         out += line;
         if (out.size() >= kWriteChunk) {
@@ -146,10 +158,10 @@ class SoundingBlock : public list0<Row> {
   static constexpr size_t kWriteChunk = 16384;
   static constexpr size_t kSymbolLength = 4;
 
-  // The remark from its column on (cut to the field), and the symbol of the
-  // first code that it names, if any.
-  void TakeRemark(std::wstring_view line, size_t column, int metod, Row& row) const {
-    CopyField(row.anm, RemarkAt(line, column));
+  // The remark (cut to the field), and the symbol of the first code that it
+  // names, if any.
+  void TakeRemark(std::wstring_view remark, int metod, Row& row) const {
+    CopyField(row.anm, remark);
     int words = 0;
     const kod* code = CKorvoSnd::Findkod(metod, row.anm, 0, &words, L"", kodsystem, 0);
     if (code != nullptr) {

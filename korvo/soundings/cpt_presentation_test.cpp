@@ -1,0 +1,145 @@
+#include "korvo/soundings/cpt_presentation.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "korvo/testutil/temp_dir.h"
+
+namespace {
+
+constexpr const char* kGuid = "11111111-2222-3333-4444-555555555555";
+
+const std::string kDefaultLines =
+    std::string("10.0000 2.0000 GUID ") + kGuid +
+    "\r\n0.1000 0.0500\r\n0.8000 0.2000\r\n10.0000 2.0000\r\n"
+    "1.0000 0.5000\r\n8.0000 1.0000\r\n1.0000 0.1000 0.0800 0.0000\r\n";
+
+class CptPresentationTest : public testing::Test {
+ protected:
+  std::wstring Snd() const { return dir_.File("P1.SND"); }
+  korvo::test::TempDir dir_;
+};
+
+TEST_F(CptPresentationTest, FileNameReplacesTheExtension) {
+  EXPECT_EQ(korvo::CptFileName(L"/p/FALT/P101.SND"), L"/p/FALT/P101.cpt");
+  EXPECT_EQ(korvo::CptFileName(L"P1.TMP"), L"P1.cpt");
+  EXPECT_EQ(korvo::CptFileName(L"ab"), L".cpt");
+}
+
+TEST_F(CptPresentationTest, DefaultsAndRowsAreWrittenInTheirFormats) {
+  CKorvoCptPresentation p;
+  p.guid = L"11111111-2222-3333-4444-555555555555";
+  cptpresentationtype row{1.005, 2.25, -0.0004};
+  p.Ny(1, &row);
+  row = {120.0, 0.0, 3.5};
+  p.Ny(1, &row);
+  ASSERT_EQ(p.Uppdat(Snd(), 1), 0);
+  EXPECT_EQ(dir_.Read("P1.cpt"),
+            kDefaultLines + "*\r\n1.00 2.2 -0.000\r\n120.00 0.0 3.500\r\n*\r\n");
+}
+
+TEST_F(CptPresentationTest, NewFileOnlyWhenAskedFor) {
+  CKorvoCptPresentation p;
+  EXPECT_EQ(p.Uppdat(Snd(), 0), -1);
+  EXPECT_FALSE(dir_.Exists("P1.cpt"));
+  EXPECT_TRUE(p.guid.empty());
+
+  dir_.Write("P1.cpt", "old\r\n");
+  ASSERT_EQ(p.Uppdat(Snd(), 0), 0);  // an existing file is rewritten
+  EXPECT_EQ(p.guid.size(), 36u);
+  const std::string bytes = dir_.Read("P1.cpt");
+  EXPECT_EQ(bytes.substr(0, 20), "10.0000 2.0000 GUID ");
+  EXPECT_EQ(bytes.substr(56), kDefaultLines.substr(56) + "*\r\n*\r\n");
+
+  EXPECT_EQ(p.Uppdat(dir_.File("no/such/dir/P1.SND"), 1), -1);
+}
+
+TEST_F(CptPresentationTest, ReadingAddsATenThousandthThatShowsAfterAWrite) {
+  dir_.Write("P1.cpt", kDefaultLines + "*\r\n*\r\n");
+  CKorvoCptPresentation p;
+  ASSERT_EQ(p.Init(Snd()), 0);
+  EXPECT_DOUBLE_EQ(p.rad2a, 0.1001);
+  EXPECT_DOUBLE_EQ(p.rad3b, 0.2001);
+  EXPECT_DOUBLE_EQ(p.rad5b, 0.5);  // taken as it stands
+  EXPECT_DOUBLE_EQ(p.rad7b, 0.1);  // nor line 7
+  EXPECT_EQ(p.rad4a, 10);
+  EXPECT_EQ(p.guid, L"11111111-2222-3333-4444-555555555555");
+  ASSERT_EQ(p.Uppdat(Snd(), 0), 0);
+
+  CKorvoCptPresentation again;
+  ASSERT_EQ(again.Init(Snd()), 0);
+  ASSERT_EQ(again.Uppdat(Snd(), 0), 0);
+  EXPECT_EQ(dir_.Read("P1.cpt"), std::string("10.0000 2.0000 GUID ") + kGuid +
+                                     "\r\n0.1002 0.0502\r\n0.8002 0.2002\r\n10.0000 2.0000\r\n"
+                                     "1.0000 0.5000\r\n8.0000 1.0000\r\n"
+                                     "1.0000 0.1000 0.0800 0.0000\r\n*\r\n*\r\n");
+}
+
+TEST_F(CptPresentationTest, WholeNumbersAreCutAfterTheNudge) {
+  dir_.Write("P1.cpt",
+             "9.99995 2.7\r\n\r\n\r\n-3.5 0\r\n4 0.25\r\n7.9999 1e12\r\n"
+             "2 0.3 0.04 1\r\n*\r\n");
+  CKorvoCptPresentation p;
+  ASSERT_EQ(p.Init(Snd()), 0);
+  EXPECT_EQ(p.rad1a, 10);
+  EXPECT_EQ(p.rad1b, 2);
+  EXPECT_DOUBLE_EQ(p.rad2a, 0.0001);  // an empty line reads as zeros
+  EXPECT_EQ(p.rad4a, -3);
+  EXPECT_EQ(p.rad5a, 4);
+  EXPECT_DOUBLE_EQ(p.rad5b, 0.25);
+  EXPECT_EQ(p.rad6a, 8);
+  EXPECT_EQ(p.rad6b, 2147483647);  // held to the range of the field
+  EXPECT_DOUBLE_EQ(p.rad7a, 2.0);
+  EXPECT_DOUBLE_EQ(p.rad7d, 1.0);
+  EXPECT_TRUE(p.guid.empty());
+}
+
+TEST_F(CptPresentationTest, MarkersOnlyKeepTheDefaults) {
+  dir_.Write("P1.cpt", "*\r\n*\r\n");
+  CKorvoCptPresentation p;
+  p.guid = L"old";
+  ASSERT_EQ(p.Init(Snd()), 0);
+  EXPECT_TRUE(p.guid.empty());
+  EXPECT_EQ(p.rad1a, 10);
+  EXPECT_DOUBLE_EQ(p.rad2a, 0.1);
+  EXPECT_DOUBLE_EQ(p.rad7c, 0.08);
+  EXPECT_EQ(p.Home(), -1);
+}
+
+TEST_F(CptPresentationTest, MarkerFirstSendsEveryLineToTheRows) {
+  dir_.Write("P1.cpt", "*\r\n1 2 3\r\n4 5\r\n6 7 8 9\r\n");
+  CKorvoCptPresentation p;
+  ASSERT_EQ(p.Init(Snd()), 0);
+  EXPECT_EQ(p.rad1a, 10);
+  int n = 0;
+  p.Where(&n);
+  ASSERT_EQ(n, 2);  // the line of two numbers makes no row
+  p.End();
+  EXPECT_DOUBLE_EQ(p.pael->varde1, 6.0);
+  EXPECT_DOUBLE_EQ(p.pael->varde3, 8.0);
+}
+
+TEST_F(CptPresentationTest, WithoutMarkerRowsStartAtTheHundredthLine) {
+  std::string bytes = kDefaultLines;
+  for (int line = 8; line <= 101; ++line) bytes += std::to_string(line) + " 0.5 0.25\r\n";
+  dir_.Write("P1.cpt", bytes);
+  CKorvoCptPresentation p;
+  ASSERT_EQ(p.Init(Snd()), 0);
+  int n = 0;
+  p.Where(&n);
+  ASSERT_EQ(n, 2);
+  p.Home();
+  EXPECT_DOUBLE_EQ(p.pael->varde1, 100.0);
+}
+
+TEST_F(CptPresentationTest, MissingFileLeavesTheFields) {
+  CKorvoCptPresentation p;
+  p.rad2a = 7.0;
+  p.guid = L"kept";
+  EXPECT_EQ(p.Init(Snd()), -1);
+  EXPECT_DOUBLE_EQ(p.rad2a, 7.0);
+  EXPECT_EQ(p.guid, L"kept");
+}
+
+}  // namespace

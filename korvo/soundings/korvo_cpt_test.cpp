@@ -1,0 +1,379 @@
+#include "korvo/soundings/korvo_cpt.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "korvo/foundation/field_text.h"
+#include "korvo/foundation/messages.h"
+#include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/temp_dir.h"
+
+namespace {
+
+constexpr const char* kGuid = "6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f";
+constexpr const char* kPointGuid = "3b1f6c2e-8a4d-4e9b-9c1a-2f5d7e8b9a01";
+
+// A row as the writer writes it: the left part padded to column 30, the
+// remark, and the tail at column 56 when there is one.
+std::string Row(const std::string& left, const std::string& remark = "",
+                const std::string& tail = "") {
+  std::string line = left;
+  if (line.size() < 30) line.append(30 - line.size(), ' ');
+  line += remark;
+  if (!tail.empty()) {
+    if (line.size() < 56) line.append(56 - line.size(), ' ');
+    line += tail;
+  }
+  return line + "\r\n";
+}
+
+std::string Keyword(const std::string& key, const std::string& value) {
+  std::string line = key;
+  if (line.size() < 25) line.append(25 - line.size(), ' ');
+  return line + " " + value + "\r\n";
+}
+
+std::string CptHead(const std::string& date = "09.03.2014") {
+  return "*\r\n7 " + date + "\r\n1.000000 0 1 0 1 3  GUID " + kGuid + "\r\n";
+}
+
+// A whole .SND file around `blocks`.
+std::string Point(const std::string& blocks) {
+  return std::string("6512345.678000\r\n148765.432000\r\n23.450000\r\n9999999.900000\r\n") +
+         "0.000000\r\n0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\nGUID " + kPointGuid +
+         "\r\n" + blocks + "*\r\n";
+}
+
+class CptTest : public testing::Test {
+ protected:
+  // Reads `bytes` as the point P1 and writes it to OUT.SND; returns the bytes
+  // written.
+  std::string RoundTrip(const std::string& bytes, CKorvoSnd& point) {
+    dir_.Write("P1.SND", bytes);
+    EXPECT_EQ(point.Init(L"P1", dir_.File("P1.SND").c_str()), 0);
+    EXPECT_EQ(point.Uppdat(L"OUT", dir_.File("OUT.SND").c_str()), 0);
+    return dir_.Read("OUT.SND");
+  }
+  // The bytes of one CPT block as written through a stream.
+  std::string Write(CKorvoCpt& cpt) {
+    CStdioFileMem out;
+    EXPECT_TRUE(out.Open(dir_.File("BLOCK.SND").c_str(), 0x1001));
+    EXPECT_EQ(cpt.Uppdat(&out), 0);
+    out.Close();
+    return dir_.Read("BLOCK.SND");
+  }
+  // Reads one CPT block from `bytes`, which start with its code line.
+  int Read(const std::string& bytes, CKorvoCpt& cpt) {
+    dir_.Write("IN.SND", bytes);
+    CStdioFileMem in;
+    EXPECT_TRUE(in.Open(dir_.File("IN.SND").c_str(), 0));
+    std::wstring code_line;
+    in.ReadString(code_line);
+    const int result = cpt.Init(&in, L"09.03.2014");
+    in.Close();
+    return result;
+  }
+
+  korvo::test::TempDir dir_;
+};
+
+TEST_F(CptTest, PointWithRemarksTailsAndKeywordsComesBackByteIdentical) {
+  const std::string bytes = Point(
+      CptHead() + Row("  0.000    812     14     -3  ", "Fyllning", "0     0.0   0.000    12.5") +
+      Row("  0.020   1234     56      7  ", "le, gr\xe5 SA") +
+      Row("  0.040  15000    240    599  ") +
+      Row("  0.060 123456 123456 123456  ", "", "5    12.3   0.045     3.0") +
+      Row("  1.000    900     20      0  ", "F\xf6rborrat \xc5\xc4\xd6 \xe6\xf8",
+          "0     0.0  -1.000     0.0") +
+      "*\r\n107 \r\n" + Keyword("MA", "0.800") + Keyword("HN", "4711") +
+      Keyword("Projekt", "Norra l\xe4nken, etapp 2") + Keyword("", ""));
+  CKorvoSnd point;
+  EXPECT_EQ(RoundTrip(bytes, point), bytes);
+
+  ASSERT_NE(point.m_cpt, nullptr);
+  CKorvoCpt& cpt = *point.m_cpt;
+  EXPECT_STREQ(cpt.datum, L"09.03.2014");
+  EXPECT_EQ(cpt.flagga1, 1);
+  EXPECT_EQ(cpt.digit, 1);
+  EXPECT_EQ(cpt.metodtal, 3);
+  EXPECT_STREQ(cpt.kodsystem, L"SGF");
+  EXPECT_EQ(cpt.guid, L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f");
+  int rows = 0;
+  cpt.Where(&rows);
+  ASSERT_EQ(rows, 5);
+  cpt.Home();
+  EXPECT_EQ(cpt.pael->matv1, 812);
+  EXPECT_EQ(cpt.pael->matv3, -3);
+  EXPECT_STREQ(cpt.pael->anm, L"Fyllning");  // the blanks up to the tail are not hers
+  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 12.5);
+  EXPECT_STREQ(cpt.pael->symbol, L"");
+  cpt++;
+  EXPECT_FLOAT_EQ(cpt.pael->djup, 0.02f);
+  EXPECT_EQ(cpt.pael->matv2, 56);
+  EXPECT_STREQ(cpt.pael->anm, L"le, gr\u00e5 SA");
+  EXPECT_STREQ(cpt.pael->symbol, L"\u00b3");
+  cpt++;
+  cpt++;
+  EXPECT_EQ(cpt.pael->tal4, 5);
+  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 12.3);
+  EXPECT_DOUBLE_EQ(cpt.pael->varde2, 0.045);
+  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 3.0);
+  cpt++;
+  EXPECT_STREQ(cpt.pael->anm, L"F\u00f6rborrat \u00c5\u00c4\u00d6 \u00e6\u00f8");
+  EXPECT_DOUBLE_EQ(cpt.pael->varde2, -1.0);
+
+  int keys = 0;
+  cpt.header.Where(&keys);
+  EXPECT_EQ(keys, 4);
+  EXPECT_DOUBLE_EQ(cpt.header.SpetsAreaFaktor(), 0.8);
+  EXPECT_EQ(cpt.header.SondNummer(), 4711);
+  ASSERT_EQ(cpt.header.Find(L"PROJEKT"), 0);
+  EXPECT_STREQ(cpt.header.pael->varde, L"Norra l\u00e4nken, etapp 2");
+}
+
+TEST_F(CptTest, RowsReadByColumnWhereTheWriterNeverPutsThem) {
+  const std::string short_line = "  1.000    100     10   1  SA";  // one short of column 30
+  ASSERT_EQ(short_line.size(), 29u);
+  const std::string rows = short_line + "\r\n" + "  1.020    100     10      1  SA\r\n" +
+                           Row("  1.040    100     10      1  ", "", "7") +
+                           Row("  1.060    100     10      1  ", "", "8 2.5") + "\r\n" + "*\r\n";
+  CKorvoCpt cpt(1, 0, 0);
+  ASSERT_EQ(Read(std::string("7 09.03.2014\r\n") + "0.000000 0 0 0 0 0 \r\n" + rows, cpt), 0);
+  int n = 0;
+  cpt.Where(&n);
+  ASSERT_EQ(n, 5);  // the empty line is a row of zeros
+  cpt.Home();
+  EXPECT_STREQ(cpt.pael->anm, L"");
+  EXPECT_STREQ(cpt.pael->symbol, L"");
+  cpt++;
+  EXPECT_STREQ(cpt.pael->anm, L"SA");
+  EXPECT_STREQ(cpt.pael->symbol, L":");
+  cpt++;
+  EXPECT_EQ(cpt.pael->tal4, 7);  // a tail of one number
+  EXPECT_EQ(cpt.pael->varde1, 0.0);
+  cpt++;
+  EXPECT_EQ(cpt.pael->tal4, 8);
+  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 2.5);
+  EXPECT_EQ(cpt.pael->varde2, 0.0);
+  cpt++;
+  EXPECT_EQ(cpt.pael->djup, 0.0f);
+  EXPECT_STREQ(cpt.kodsystem, L"KRV");
+}
+
+TEST_F(CptTest, TailStandsAtColumn56AndOnlyForExtraValues) {
+  CKorvoCpt cpt(1, 0, 0);
+  cpt.guid = L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f";
+  const auto add = [&](int tal4, double v1, double v2, double v3, const wchar_t* anm) {
+    cpttype row{};
+    row.djup = 2.5f;
+    row.matv1 = 1000;
+    row.tal4 = tal4;
+    row.varde1 = v1;
+    row.varde2 = v2;
+    row.varde3 = v3;
+    std::wcsncpy(row.anm, anm, 25);
+    cpt.Ny(1, &row);
+  };
+  add(5, 0, 0, 0, L"Sand med grus, fuktig 123");  // 25 characters
+  add(0, -4.0, 0, 0, L"");
+  add(0, -4.0, -1.0, 0, L"");
+  add(0, 0, 0, 0.5, L"x");
+  const std::string left = "  2.500   1000      0      0  ";
+  EXPECT_EQ(Write(cpt), std::string("*\r\n7 \r\n") + "0.000000 0 0 0 1 0  GUID " + kGuid + "\r\n" +
+                            Row(left, "Sand med grus, fuktig 123", "5     0.0   0.000     0.0") +
+                            Row(left) + Row(left, "", "0    -4.0  -1.000     0.0") +
+                            Row(left, "x", "0     0.0   0.000     0.5") + "*\r\n107 \r\n");
+
+  // A negative varde1 alone had no tail, so it is gone after reading back.
+  CKorvoCpt back(1, 0, 0);
+  ASSERT_EQ(Read(dir_.Read("BLOCK.SND").substr(3), back), 0);
+  back.Home();
+  EXPECT_EQ(back.pael->tal4, 5);
+  EXPECT_STREQ(back.pael->anm, L"Sand med grus, fuktig 123");
+  back++;
+  EXPECT_EQ(back.pael->varde1, 0.0);
+  back++;
+  EXPECT_DOUBLE_EQ(back.pael->varde1, -4.0);
+}
+
+TEST_F(CptTest, CptWithoutRowsWritesHeadAndKeywordBlock) {
+  CKorvoSnd point;
+  ASSERT_EQ(point.New(7), 1);
+  ASSERT_NE(point.m_cpt, nullptr);
+  korvo::test::TempDir dir;
+  const std::wstring path = dir.File("P2.SND");
+  point.Uppdat(L"P2", path.c_str());
+  const std::string bytes = dir.Read("P2.SND");
+  const std::string guid = point.m_cpt->guid.size() == 36
+                               ? std::string(point.m_cpt->guid.begin(), point.m_cpt->guid.end())
+                               : "";
+  ASSERT_FALSE(guid.empty());
+  EXPECT_NE(bytes.find("*\r\n7 \r\n0.000000 0 0 0 1 0  GUID " + guid + "\r\n*\r\n107 \r\n*\r\n"),
+            std::string::npos);
+  EXPECT_FALSE(dir.Exists("P2.cpt"));  // an unchanged presentation makes no file
+
+  CKorvoSnd back;
+  ASSERT_EQ(back.Init(L"P2", path.c_str()), 0);
+  ASSERT_NE(back.m_cpt, nullptr);
+  EXPECT_EQ(back.m_cpt->Home(), -1);
+  EXPECT_EQ(back.m_cpt->header.Home(), -1);
+}
+
+TEST_F(CptTest, KeywordOverItsWidthPushesTheValueAndReadsBackByColumn) {
+  CKorvoCpt cpt(1, 0, 0);
+  cpt.header.SetValue(L"ABCDEFGHIJKLMNOPQRSTUVWXYZ12", L"value");  // cut to 25
+  EXPECT_STREQ(cpt.header.pael->nyckel, L"ABCDEFGHIJKLMNOPQRSTUVWXY");
+  const std::string written = Write(cpt);
+  EXPECT_NE(written.find("*\r\n107 \r\nABCDEFGHIJKLMNOPQRSTUVWXY value\r\n"), std::string::npos);
+
+  // A file with the longer keyword: the value is taken from column 26 all the same.
+  CStdioFileMem in;
+  dir_.Write("H.SND", "ABCDEFGHIJKLMNOPQRSTUVWXYZ12 value   \r\nshort\r\n*\r\nrest\r\n");
+  ASSERT_TRUE(in.Open(dir_.File("H.SND").c_str(), 0));
+  CKorvoCptHeader header;
+  EXPECT_EQ(header.Init(&in), 0);
+  std::wstring next;
+  ASSERT_TRUE(in.ReadString(next));
+  EXPECT_EQ(next, L"rest");  // the marker was consumed, nothing behind it
+  in.Close();
+  int n = 0;
+  header.Where(&n);
+  ASSERT_EQ(n, 2);
+  header.Home();
+  EXPECT_STREQ(header.pael->nyckel, L"ABCDEFGHIJKLMNOPQRSTUVWXY");
+  EXPECT_STREQ(header.pael->varde, L"12 value");
+  header++;
+  EXPECT_STREQ(header.pael->nyckel, L"short");
+  EXPECT_STREQ(header.pael->varde, L"");
+}
+
+TEST_F(CptTest, FindIgnoresCaseFromEitherEnd) {
+  CKorvoCptHeader header;
+  EXPECT_EQ(header.Find(L"MA"), -1);
+  EXPECT_EQ(header.FindReverse(L"MA"), -1);
+  header.SetValue(L"ma", L"1.200");
+  header.SetValue(L"Djup", L"10");
+  header.SetValue(L"MA", L"1.300");  // found as "ma": replaced, not added
+  header.SetValue(L"\u00c5r", L"2014");
+  int n = 0;
+  header.Where(&n);
+  EXPECT_EQ(n, 3);
+  header.Ny(1, nullptr);
+  korvo::CopyField(header.sista->rec.nyckel, L"MA");
+  korvo::CopyField(header.sista->rec.varde, L"9.000");
+
+  ASSERT_EQ(header.Find(L"Ma"), 0);
+  EXPECT_EQ(header.Where(nullptr), 1);
+  EXPECT_STREQ(header.pael->varde, L"1.300");
+  ASSERT_EQ(header.FindReverse(L"mA"), 0);
+  EXPECT_EQ(header.Where(nullptr), 4);
+  EXPECT_EQ(header.Find(L"\u00e5R"), 0);  // the Nordic letters fold too
+  EXPECT_EQ(header.Find(L"M"), -1);
+  EXPECT_DOUBLE_EQ(header.SpetsAreaFaktor(), 1.3);
+}
+
+TEST_F(CptTest, KnownKeywordsHaveDefaultsAndThresholds) {
+  CKorvoCptHeader header;
+  EXPECT_EQ(header.SpetsAreaFaktor(), 1.0);
+  EXPECT_EQ(header.MantelAreaFaktor(), 0.0);
+  EXPECT_TRUE(std::signbit(header.MantelAreaFaktor()));
+  EXPECT_EQ(header.SondNummer(), 0);
+
+  header.SpetsAreaFaktor(1.0009);
+  header.MantelAreaFaktor(-0.001);
+  header.SondNummer(0);
+  EXPECT_EQ(header.Home(), -1);  // nothing worth a keyword
+
+  header.SpetsAreaFaktor(1.2);
+  header.MantelAreaFaktor(0.0125);
+  header.SondNummer(-17);
+  int n = 0;
+  header.Where(&n);
+  ASSERT_EQ(n, 3);
+  header.Home();
+  EXPECT_STREQ(header.pael->nyckel, L"MA");
+  EXPECT_STREQ(header.pael->varde, L"1.200");
+  header++;
+  EXPECT_STREQ(header.pael->varde, L"0.013");  // "%.3lf", rounded to even
+  header++;
+  EXPECT_STREQ(header.pael->nyckel, L"HN");
+  EXPECT_STREQ(header.pael->varde, L"-17");
+
+  // A value near the default leaves the old one in place.
+  header.SpetsAreaFaktor(1.0005);
+  EXPECT_DOUBLE_EQ(header.SpetsAreaFaktor(), 1.2);
+  header.SondNummer(0);
+  EXPECT_EQ(header.SondNummer(), -17);
+  header.MantelAreaFaktor(0.0);
+  EXPECT_DOUBLE_EQ(header.MantelAreaFaktor(), 0.013);
+}
+
+TEST_F(CptTest, PresentationFileWrittenWithTheBlockOnlyWhenChanged) {
+  CKorvoCpt cpt(1, 0, 0);
+  Write(cpt);
+  EXPECT_FALSE(dir_.Exists("BLOCK.cpt"));
+
+  // Changed, but still at the defaults: no new file.
+  cpt.presentation.andrad = 1;
+  cpt.presentation.rad7b = 0.105;
+  Write(cpt);
+  EXPECT_FALSE(dir_.Exists("BLOCK.cpt"));
+
+  cpt.presentation.rad7d = 0.5;
+  Write(cpt);
+  ASSERT_TRUE(dir_.Exists("BLOCK.cpt"));
+  EXPECT_NE(dir_.Read("BLOCK.cpt").find("1.0000 0.1050 0.0800 0.5000\r\n"), std::string::npos);
+
+  // An existing file is rewritten even at the defaults.
+  cpt.presentation.rad7d = 0.0;
+  cpt.presentation.rad2a = 0.3;
+  Write(cpt);
+  EXPECT_NE(dir_.Read("BLOCK.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
+
+  // Not marked as changed: the file stays as it is.
+  cpt.presentation.andrad = 0;
+  cpt.presentation.rad2a = 0.7;
+  Write(cpt);
+  EXPECT_NE(dir_.Read("BLOCK.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
+}
+
+TEST_F(CptTest, BlockReadsThePresentationBesideItsFile) {
+  dir_.Write("P1.cpt",
+             "12.0000 3.0000 GUID 11111111-2222-3333-4444-555555555555\r\n*\r\n"
+             "1.00 2.0 3.000\r\n*\r\n");
+  CKorvoSnd point;
+  const std::string bytes = Point(CptHead() + "*\r\n107 \r\n");
+  EXPECT_EQ(RoundTrip(bytes, point), bytes);
+  ASSERT_NE(point.m_cpt, nullptr);
+  EXPECT_EQ(point.m_cpt->presentation.rad1a, 12);
+  EXPECT_EQ(point.m_cpt->presentation.guid, L"11111111-2222-3333-4444-555555555555");
+  ASSERT_EQ(point.m_cpt->presentation.Home(), 0);
+  EXPECT_EQ(point.m_cpt->presentation.pael->varde2, 2.0);
+  EXPECT_FALSE(dir_.Exists("OUT.cpt"));  // not changed, so not written with the point
+}
+
+TEST_F(CptTest, DocumentFindsMyCodeAndReportsHeaderWithoutCpt) {
+  std::vector<std::wstring> status;
+  const auto previous =
+      korvo::SetStatusHandler([&](const std::wstring& text) { status.push_back(text); });
+  CKorvoSnd point;
+  const std::string bytes =
+      Point("*\r\n107 \r\n" + CptHead() + Row("  1.000 1 1 1", "") + Row("  2.000 1 1 1", "MY") +
+            "*\r\n107 \r\n" + Keyword("HN", "12"));
+  dir_.Write("P1.SND", bytes);
+  EXPECT_EQ(point.Init(L"P1", dir_.File("P1.SND").c_str()), 0);
+  korvo::SetStatusHandler(previous);
+  ASSERT_EQ(status.size(), 1u);
+  EXPECT_EQ(status[0], L"Kan inte skapa klassinformation f\u00f6r CPTHeader (Id=P1)");
+  ASSERT_NE(point.m_cpt, nullptr);
+  EXPECT_EQ(point.m_cpt->header.SondNummer(), 12);
+  ASSERT_EQ(point.m_cpt->MyKod(), 0);
+  EXPECT_EQ(point.m_cpt->Where(nullptr), 2);
+  EXPECT_STREQ(point.m_cpt->pael->symbol, L"\u00f0");
+}
+
+}  // namespace
