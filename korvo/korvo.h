@@ -8,6 +8,7 @@
 #include "korvo/context/projekt_status.h"
 #include "korvo/context/transformation.h"
 #include "korvo/context/vaglinje.h"
+#include "korvo/database/dbs_guid.h"
 #include "korvo/database/dbs_records.h"
 #include "korvo/database/info_prj.h"
 #include "korvo/database/korvo_dbs.h"
@@ -23,5 +24,6 @@
 #include "korvo/soundings/cpt_presentation.h"
 #include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/soundings/rock_methods.h"
 
 #endif  // KORVO_KORVO_H_

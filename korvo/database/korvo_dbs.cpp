@@ -51,12 +51,16 @@ CKorvoDbs::~CKorvoDbs() = default;
 // The version text keeps one decimal of the whole part; the rest of the
 // version number, if m_Dbsver ever has more, goes to verdel. The 0.001 keep
 // the whole part from falling one short when the number is not exact.
-void CKorvoDbs::PrepareNewHeader() {
+void CKorvoDbs::SetCurrentVersion() {
   double v = 0.0;
   korvo::Scan(m_Dbsver, L"%lf", &v);
   const int whole = static_cast<int>(v + 0.001);
   SetField(prjdat.Dbsver, korvo::Format(L"%.1lf", whole + 0.001));
   prjdat.verdel = v - whole;
+}
+
+void CKorvoDbs::PrepareNewHeader() {
+  SetCurrentVersion();
   prjdat.slutpos = korvo::dbs::kFirstRecordOffset;
   prjdat.uppdnrfil = 0;
   SetField(prjdat.Ksyst, L"LOK");

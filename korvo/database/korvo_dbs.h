@@ -8,6 +8,7 @@
 #define KORVO_DATABASE_KORVO_DBS_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,51 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   wchar_t* GetDbsverString();
   // Sets behorighet (1 read only, 0 read and write); nothing else happens.
   void ChangeReadWriteAccess(int behorighet);
+
+  // Opening and checking (korvo_dbs_open.cpp).
+
+  // Reads the database file into the list, repairing it on the way: records
+  // that cannot be points are left out, wrong counts in the header are
+  // corrected, and deleted records are packed out. Only with behorighet 0 is
+  // the file changed. `namn` is the file (null: the project's database);
+  // with ny 1 the file is made instead, as a header alone. `fil`, when not
+  // null, is a file that the caller has open and locked: it is read instead,
+  // left open, and never packed. Without a CProjPath the object makes one
+  // for the directory of `namn` and owns it.
+  // Returns 0; -1 when the file cannot be opened, when `namn` is given and
+  // the list is not empty, or when the version is one it cannot read; -4 when the
+  // header is short.
+  int Init(int behorighet, int ny, wchar_t* namn, CFile* fil);
+  // The same; an empty `namn` stands for the project's database.
+  int Init(const std::wstring& namn, int behorighet, int ny, CFile* fil);
+  // Whether another user has written since the list was read: 1 the file's
+  // update number is ahead of the one in memory, 0 equal, -1 behind, -2 the
+  // file could not be opened or its header not read. The list is not touched.
+  int DbsKoll();
+  // 1 when `rec` differs from the current record in name, position, depth
+  // (or code, for kind Avp), stop code or flags; 0 when they agree. Numbers
+  // agree within 0.001.
+  int KollaPael(bhdbstype* rec);
+  // Numbers are formatted without the process locale, so there is nothing to
+  // fix: 0, and the locale is left alone.
+  static int LocaleCheckAndFix();
+  // Brings a date text in place to "dd.mm.yyyy": month/day/year,
+  // yyyymmdd and yymmdd are turned; other text of digits, "-" and "." is cut
+  // to 10 characters and kept. Returns 0, or -1 (and an empty text) when no
+  // such characters begin it.
+  // REQUIRES: `datum` holds at least 11 units.
+  static int DatumFix(wchar_t* datum);
+  // 0 when `id` is a valid point name: 1 to 8 characters out of A-Z (either
+  // case), 0-9, "-" and "_", with "+" allowed as the last one. Else -1.
+  int ValidIdNamn(const wchar_t* id);
+
+  // The project's GUID in its text form, 36 characters in small letters;
+  // empty when the header holds none (harguid not 1). See dbs_guid.cpp.
+  std::wstring GetGuidString();
+  // Stores a GUID given in its text form in the header's words. harguid is
+  // not touched and nothing is written; a text that is no GUID leaves the
+  // words as they were.
+  void SetGuidString(const std::wstring& guid);
 
   // ---- Orders, searches and symbols (korvo_dbs_sort.cpp) ----
 
@@ -158,13 +204,35 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // REQUIRES: dbsfil is open for writing.
   int WriteRecord(const bhdbstype& rec, int pos);
 
+  // Brings the list in line with the file `fil`, which the caller has open
+  // and locked, after another user wrote it: records take the file's
+  // offsets, records gone from the file leave the list (the current one
+  // excepted), and records new in the file are added. The current record is
+  // the one about to be written; it stays current and marked. When anything
+  // changed, the header becomes the file's. Returns 0.
+  int DbsSync(CFile* fil);
+
  private:
+  struct OpenScan;
+
   int CompareAlongLine(int size, bool ascending);
   void PrepareNewHeader();
+  // Dbsver and verdel of the version a new database gets.
+  void SetCurrentVersion();
+  // Opening (korvo_dbs_open.cpp).
+  void MakeOwnProjPath(const wchar_t* namn);
+  int CheckVersion(const std::wstring& path);
+  void ReadRecords(OpenScan* scan, bool named, bool pack);
+  bool TakeRecord(OpenScan* scan, bhdbstype* rec);
+  void CorrectCounts(CFile& file, const OpenScan& scan);
+  void FinishPacking(CFile& file, const OpenScan& scan);
   std::wstring LockFilePath() const;
   int TakeLock();
   void ReleaseLock();
   int OpenDatabase(int mode);
+
+  // The paths that Init made when it was given none; proj points to them.
+  std::unique_ptr<CProjPath> owned_proj_;
 };
 
 #endif  // KORVO_DATABASE_KORVO_DBS_H_

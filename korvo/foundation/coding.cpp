@@ -15,7 +15,10 @@ void DecodeFixedText(const uint8_t* src, size_t width, wchar_t* out, size_t out_
   size_t limit = width - 1;
   if (out_units - 1 < limit) limit = out_units - 1;
   size_t i = 0;
-  for (; i < limit && src[i] != 0; ++i) out[i] = DecodeCp1252(src[i]);
+  // Names and dates are ASCII nearly always, which the code page keeps as is.
+  for (; i < limit && src[i] != 0; ++i) {
+    out[i] = src[i] < 0x80 ? static_cast<wchar_t>(src[i]) : DecodeCp1252(src[i]);
+  }
   for (; i < out_units; ++i) out[i] = L'\0';
 }
 

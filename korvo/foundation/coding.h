@@ -39,16 +39,16 @@ inline uint16_t DecodeFixed16(const uint8_t* src) {
   return static_cast<uint16_t>(src[0] | (src[1] << 8));
 }
 
+// Written out byte by byte, so that compilers merge them into one load on a
+// little-endian machine (a loop is not merged).
 inline uint32_t DecodeFixed32(const uint8_t* src) {
-  uint32_t value = 0;
-  for (int i = 3; i >= 0; --i) value = (value << 8) | src[i];
-  return value;
+  return static_cast<uint32_t>(src[0]) | (static_cast<uint32_t>(src[1]) << 8) |
+         (static_cast<uint32_t>(src[2]) << 16) | (static_cast<uint32_t>(src[3]) << 24);
 }
 
 inline uint64_t DecodeFixed64(const uint8_t* src) {
-  uint64_t value = 0;
-  for (int i = 7; i >= 0; --i) value = (value << 8) | src[i];
-  return value;
+  return static_cast<uint64_t>(DecodeFixed32(src)) |
+         (static_cast<uint64_t>(DecodeFixed32(src + 4)) << 32);
 }
 
 inline void EncodeFloat(uint8_t* dst, float value) {

@@ -33,24 +33,8 @@ struct DreieRows {
   }
 };
 
-// Rows of depth and count with two blanks where the rotary rows have the load
-// word; only the remark column differs between the two blocks.
-template <class Row, int Code, size_t RemarkColumn>
-struct CountRows {
-  static constexpr int kCode = Code;
-  static constexpr size_t kRemarkColumn = RemarkColumn;
-
-  static void ScanLeft(std::wstring_view line, Row& row) {
-    korvo::Scan(line, L"%f%ld", &row.djup, &row.varv);
-  }
-  static void PrepareForWrite(Row&) {}
-  static void AppendLeft(const Row& row, std::wstring& out) {
-    korvo::AppendFormat(out, L"%7.3f %4ld %s", row.djup, row.varv, L"  ");
-  }
-};
-
-using EnkelRows = CountRows<enktype, 22, 22>;
-using DtrykkRows = CountRows<dtrykktype, 23, 15>;
+using EnkelRows = korvo::CountRows<enktype, 22, 22>;
+using DtrykkRows = korvo::CountRows<dtrykktype, 23, 15>;
 
 // Ram rows: depth, then tal1 and tal2 in that order, without widths.
 struct RamRows {

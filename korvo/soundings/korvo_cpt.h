@@ -84,6 +84,14 @@ class KORVO_EXPORT CKorvoCpt : public korvo::SoundingBlock<cpttype, 256> {
   // 0 with the cursor on the first row whose remark holds the code "MY"; -1
   // when no row does or there are none.
   int MyKod();
+  // Adds to the interpretation of `snd` (its m_tlk, at its ground level z) a
+  // level for each row whose remark names a material, at z - djup * faktor;
+  // a material below a stretch of rows without one first closes that stretch
+  // with an unknown layer "X" at the level of its last row. `grov` not 0
+  // names the materials in coarse groups. Only the remark codes count, never
+  // the measured values. 0; -1 when the block has no rows or `snd` has no
+  // interpretation.
+  int AutoTolk(CKorvoSnd* snd, double faktor, int grov);
 
   CKorvoCptPresentation presentation;
   CKorvoCptHeader header;

@@ -14,6 +14,7 @@
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_cpt.h"
+#include "korvo/soundings/rock_methods.h"
 
 const int CKorvoSnd::Bh = 1;
 const int CKorvoSnd::Gvr = 2;
@@ -182,9 +183,11 @@ void CKorvoSnd::Clear() {
 // Cpt, Dpt, Tlk, Prv, Mil, Gvr, Karnborr, VattenF.
 CKorvoSnd::~CKorvoSnd() {
   delete m_dreie;
+  delete m_fjell;
   delete m_dtrykk;
   delete m_enkel;
   delete m_ram;
+  delete m_total;
   delete m_cpt;
   delete m_tlk;
   delete own_proj_;
@@ -212,6 +215,10 @@ int CKorvoSnd::New(int code) {
       return MakePart(m_dtrykk, konvflagga, rensa, samlagring);
     case kCodeRam:
       return MakePart(m_ram, konvflagga, rensa, samlagring);
+    case kCodeTotal:
+      return MakePart(m_total, konvflagga, rensa, samlagring);
+    case kCodeFjell:
+      return MakePart(m_fjell, konvflagga, rensa, samlagring);
     case kCodeCpt:
       return MakePart(m_cpt, konvflagga, rensa, samlagring);
     case kCodeTlk:
@@ -294,6 +301,7 @@ int CKorvoSnd::Init(const wchar_t* pid, const wchar_t* path) {
   }
   if (ReadOtherFiles() < 0) return -1;
   CloseStreams();
+  SetSndBhstat();
   return 0;
 }
 
@@ -380,6 +388,12 @@ void CKorvoSnd::InitMethod(int code) {
       break;
     case kCodeRam:
       m_ram->Init(&m_snd, datum);
+      break;
+    case kCodeTotal:
+      m_total->Init(&m_snd, datum);
+      break;
+    case kCodeFjell:
+      m_fjell->Init(&m_snd, datum);
       break;
     case kCodeCpt:
       m_cpt->Init(&m_snd, datum);
@@ -553,6 +567,8 @@ void CKorvoSnd::WriteMethods() {
   // DPT, Kärnborr, Vattenförlust.
   if (m_dreie) m_dreie->Uppdat(&m_snd);
   if (m_ram) m_ram->Uppdat(&m_snd);
+  if (m_total) m_total->Uppdat(&m_snd);
+  if (m_fjell) m_fjell->Uppdat(&m_snd);
   if (m_dtrykk) m_dtrykk->Uppdat(&m_snd);
   if (m_enkel) m_enkel->Uppdat(&m_snd);
   if (m_cpt) m_cpt->Uppdat(&m_snd);

@@ -30,6 +30,7 @@ class CKorvoGvr;
 class CKorvoMtn;
 class CKarnborr;
 class CVattenF;
+struct bhdbstype;
 
 class KORVO_EXPORT CKorvoSnd {
  public:
@@ -110,6 +111,33 @@ class KORVO_EXPORT CKorvoSnd {
   // 1..9, the place of `text` (any case) among Vikter; 0 when it is none.
   static int Findvikt(const wchar_t* text);
 
+  // The status of the point (borehole_status.cpp). All of these move the
+  // cursors of the blocks they look at.
+  //
+  // Raises *djup to the deepest depth of any part; result 0.
+  int GetMaxDjup(float* djup);
+  // *stopp := the highest stop code of the parts, a missing part or a code
+  // outside 90..94 counting as 90; so always 90..94. Result 0.
+  int GetMaxStopp(int* stopp);
+  // 0 when a block has a row coded "MY", else -1. The second form also sets
+  // *djup to that row's depth (0 when there is none).
+  int MyKod();
+  int MyKod(double* djup);
+  // 1 when a block (or the samples) is digitised, else 0.
+  int IfDigitaliserad();
+  // Adds a rock level to the interpretation, making one if there is none:
+  // at `djup` along an inclined hole, or at the level `niva`. The result of
+  // CKorvoTlk::InsertBerg (0 changed, -1 already there), or -1 when no
+  // interpretation can be made.
+  int TolkatBerg(float djup);
+  int TolkatZBerg(double niva);
+  // Fills the database record of the point: position, flags, deepest depth,
+  // highest stop code, metres in rock, date, "MY" depth and map symbol, and
+  // registers the GUIDs of the parts under rec->id while the database keeps
+  // a register. A rock level that is new to the interpretation is added and
+  // the document saved. REQUIRES: rec->id set. Result 0.
+  int Snd2Bhbit(bhdbstype* rec);
+
   // Operations kept for the calling programs that have no effect here.
   void AddVbToPrv() {}
   int AutoTolk(int, int) { return 0; }
@@ -185,6 +213,8 @@ class KORVO_EXPORT CKorvoSnd {
   // Applies the project's code setting to the table; see code_table.cpp.
   int ReadKod();
   int ReadKodfil(const std::wstring& path);
+  // Fills bhbit and the start depth of each block from the parts; result 1.
+  int SetSndBhstat();
 
   // A CProjPath that Uppdat made for a document without one.
   CProjPath* own_proj_;
