@@ -44,35 +44,4 @@ TEST(ProjPathTest, SetPathDropsTrailingSeparatorsAndTakesNull) {
   EXPECT_EQ(p.ProjKat, kSep);
 }
 
-TEST(ProjPathTest, StaticsAreDistinctPlainNames) {
-  const std::wstring names[] = {
-      CProjPath::AutoDbsNamn, CProjPath::AutoDbkNamn,  CProjPath::AutoDbfKat, CProjPath::AvpNamn,
-      CProjPath::Gvrref,      CProjPath::KlippDbkNamn, CProjPath::KlippDbfKat};
-  for (const std::wstring& n : names) {
-    EXPECT_FALSE(n.empty());
-    EXPECT_EQ(n.find_first_of(L"\\/"), std::wstring::npos) << n.c_str();
-    for (const std::wstring& m : names) {
-      if (&n != &m) {
-        EXPECT_NE(n, m);
-      }
-    }
-  }
-  EXPECT_STREQ(CProjPath::AutoParNamn, L"KORVO");
-}
-
-TEST(ProjPathTest, AssignmentCopiesEveryPathAndStaysApart) {
-  CProjPath a;
-  a.SetPath(L"first");
-  CProjPath b;
-  b.SetPath(L"second");
-  b = a;
-  EXPECT_EQ(b.ProjKat, L"first");
-  EXPECT_EQ(b.DbsFil, a.DbsFil);
-  EXPECT_EQ(b.DbfKat, a.DbfKat);
-  EXPECT_EQ(b.AvpFil, a.AvpFil);
-  a.SetPath(L"third");
-  EXPECT_EQ(b.ProjKat, L"first");
-  EXPECT_EQ(b.DbsFil, L"first" + kSep + L"Korvodal.dbs");
-}
-
 }  // namespace

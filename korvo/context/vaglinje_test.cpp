@@ -31,48 +31,29 @@ class RoadLineTest : public ::testing::Test {
   CVaglinje line;
 };
 
-TEST_F(RoadLineTest, PointsAlongAndBesideTheFirstLeg) {
-  double p, a;
-  EXPECT_EQ(Where(50, 0, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1050);
-  EXPECT_DOUBLE_EQ(a, 0);
-  // East of a northward leg is to the right: positive.
-  EXPECT_EQ(Where(30, 7, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1030);
-  EXPECT_DOUBLE_EQ(a, 7);
-  EXPECT_EQ(Where(30, -20, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1030);
-  EXPECT_DOUBLE_EQ(a, -20);
-  // The start point itself is on the line.
-  EXPECT_EQ(Where(0, 0, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1000);
-}
-
-TEST_F(RoadLineTest, SecondLegCountsOnFromTheBend) {
-  double p, a;
-  // North of an eastward leg is to the left.
-  EXPECT_EQ(Where(110, 50, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1150);
-  EXPECT_DOUBLE_EQ(a, -10);
-  EXPECT_EQ(Where(96, 25, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1125);
-  EXPECT_DOUBLE_EQ(a, 4);
-  // Outside the bend the corner is the nearest point of the line.
-  EXPECT_EQ(Where(110, -10, &p, &a), 0);
-  EXPECT_DOUBLE_EQ(p, 1100);
-  EXPECT_DOUBLE_EQ(a, -std::sqrt(200.0));
-}
-
-TEST_F(RoadLineTest, BeforeTheStartAndBeyondTheEndLieOutside) {
-  double p, a;
-  EXPECT_EQ(Where(-10, 5, &p, &a), 1);
-  EXPECT_DOUBLE_EQ(p, 990);
-  EXPECT_DOUBLE_EQ(a, 5);
-  EXPECT_EQ(Where(95, 130, &p, &a), 1);
-  EXPECT_DOUBLE_EQ(p, 1230);
-  EXPECT_DOUBLE_EQ(a, 5);
-  // Just inside the last perpendicular.
-  EXPECT_EQ(Where(95, 99.999, &p, &a), 0);
+TEST_F(RoadLineTest, ChainageAndOffsetInsideAndOutside) {
+  const struct {
+    double x, y;
+    int outside;
+    double profil, avst;
+  } cases[] = {
+      {50, 0, 0, 1050, 0},
+      {30, 7, 0, 1030, 7},  // east of a northward leg is to the right: positive
+      {30, -20, 0, 1030, -20},
+      {0, 0, 0, 1000, 0},       // the start point itself is on the line
+      {110, 50, 0, 1150, -10},  // north of an eastward leg is to the left
+      {96, 25, 0, 1125, 4},
+      {110, -10, 0, 1100, -std::sqrt(200.0)},  // outside the bend the corner is nearest
+      {-10, 5, 1, 990, 5},                     // before the start
+      {95, 130, 1, 1230, 5},                   // beyond the end
+      {95, 99.999, 0, 1199.999, 5},            // just inside the last perpendicular
+  };
+  for (const auto& c : cases) {
+    double p, a;
+    EXPECT_EQ(Where(c.x, c.y, &p, &a), c.outside) << c.x << " " << c.y;
+    EXPECT_NEAR(p, c.profil, 1e-9) << c.x << " " << c.y;
+    EXPECT_NEAR(a, c.avst, 1e-9) << c.x << " " << c.y;
+  }
 }
 
 TEST_F(RoadLineTest, NullOutputsOnlyAnswerTheAreaQuestion) {

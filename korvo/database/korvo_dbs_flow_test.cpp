@@ -103,7 +103,7 @@ TEST_F(DbsFlowTest, ASavedDocumentShowsInAFreshOpen) {
   EXPECT_EQ(fresh.prjdat.slutpos, 562);
   EXPECT_EQ(fresh.prjdat.minz, 21.5 - 8.25);
   EXPECT_EQ(fresh.prjdat.harguid, 1);
-  EXPECT_TRUE(notices.texts.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsFlowTest, AWriterMergesWhatAnotherUserWroteFirst) {
@@ -113,8 +113,8 @@ TEST_F(DbsFlowTest, AWriterMergesWhatAnotherUserWroteFirst) {
   ASSERT_EQ(Open(second), 0);
   ASSERT_EQ(SavePoint(first, L"A1", 1.0), 0);
   ASSERT_EQ(SavePoint(second, L"B1", 2.0), 0);  // sees number 1 against its 0
-  ASSERT_EQ(notices.texts.size(), 1u);
-  EXPECT_EQ(notices.texts[0], L"Fel vid uppdatering av databasen (uppdnr=1/0)");
+  ASSERT_EQ(notices.messages.size(), 1u);
+  EXPECT_EQ(notices.messages[0], L"Fel vid uppdatering av databasen (uppdnr=1/0)");
   EXPECT_EQ(second.antal, 2);  // A1 came in with the merge
   EXPECT_EQ(second.prjdat.uppdnrfil, 2);
 
@@ -265,7 +265,7 @@ TEST_F(DbsSelectionTest, ChangedPointsAreCopiedAndLostOnesLeave) {
   EXPECT_EQ(Find(s, L"P3"), nullptr);
   EXPECT_EQ(s.prjdat.antbh, 1);
   EXPECT_EQ(std::memcmp(s.prjdat.guid, project.prjdat.guid, sizeof s.prjdat.guid), 0);
-  EXPECT_TRUE(notices.texts.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsSelectionTest, AMissingSelectionIsLeftAlone) {

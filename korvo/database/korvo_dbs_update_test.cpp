@@ -43,7 +43,9 @@ bhdbstype Point(const wchar_t* id, bhbit::Flag kind, double x, double y, double 
 class DbsUpdateTest : public ::testing::Test {
  protected:
   // The notice `i` as "title|text".
-  std::wstring Shown(size_t i) const { return notices.titles.at(i) + L"|" + notices.texts.at(i); }
+  std::wstring Shown(size_t i) const {
+    return notices.titles.at(i) + L"|" + notices.messages.at(i);
+  }
 
   DbsUpdateTest() { proj.SetPath(dir.wpath().c_str()); }
 
@@ -143,7 +145,7 @@ TEST_F(DbsUpdateTest, FirstPointOfAnEmptyDatabase) {
   EXPECT_EQ(r.djup, 7.5f);
   EXPECT_EQ(File().size(), 562u);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-  EXPECT_TRUE(notices.texts.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsUpdateTest, TheGuidIsMadeOnceAndKept) {
@@ -249,7 +251,7 @@ TEST_F(DbsUpdateTest, ReadOnlyWritesNothing) {
   dbs.Ny(1, &rec);
   EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
   EXPECT_EQ(File(), before);
-  ASSERT_EQ(notices.texts.size(), 1u);
+  ASSERT_EQ(notices.messages.size(), 1u);
   EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
                           dir.File("Korvodal.dbs") + L"\nBehörighet: Read only !");
   EXPECT_EQ(dbs.Delete(), -1);
@@ -262,7 +264,7 @@ TEST_F(DbsUpdateTest, MissingFileCannotBeOpened) {
   dbs.ChangeReadWriteAccess(0);
   dbs.Ny(1, nullptr);
   EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
-  ASSERT_EQ(notices.texts.size(), 1u);
+  ASSERT_EQ(notices.messages.size(), 1u);
   EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
                           dir.File("Korvodal.dbs"));
   EXPECT_EQ(dbs.pael->pos, 0);
@@ -303,7 +305,7 @@ TEST_F(DbsUpdateTest, AFailedWriteIsReportedAndUndone) {
     FileSizeLimit full(450);  // the header fits, a record at 500 does not
     EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
   }
-  ASSERT_EQ(notices.texts.size(), 1u);
+  ASSERT_EQ(notices.messages.size(), 1u);
   EXPECT_EQ(Shown(0).rfind(L"Uppdatering av Brenmark - databas|Kan ikke skrive database : " +
                                dir.File("Korvodal.dbs") + L"\n",
                            0),
@@ -509,8 +511,8 @@ TEST_F(DbsDeleteTest, SaveDbsRefusesAFileThatChangedSinceItWasRead) {
   const std::string before = File();
   EXPECT_EQ(dbs.SaveDbs(nullptr, 0), -1);
   EXPECT_EQ(File(), before);
-  ASSERT_FALSE(notices.texts.empty());
-  EXPECT_EQ(Shown(notices.texts.size() - 1),
+  ASSERT_FALSE(notices.messages.empty());
+  EXPECT_EQ(Shown(notices.messages.size() - 1),
             L"Innlesning av Brenmark - databas|Fel vid uppdatering av databasen (uppdnr=4/3)");
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
@@ -519,7 +521,7 @@ TEST_F(DbsUpdateTest, SaveDbsOfANewFileThatExists) {
   CKorvoDbs dbs(&proj);
   MakeDatabase(dbs);
   EXPECT_EQ(dbs.SaveDbs(nullptr, 1), -1);
-  ASSERT_EQ(notices.texts.size(), 2u);
+  ASSERT_EQ(notices.messages.size(), 2u);
   EXPECT_EQ(Shown(0), L"Korvo|Databasen finns redan !");
   EXPECT_EQ(Shown(1), L"Uppdatering av ABrenmark - databas|Kan ikke opne database : " +
                           dir.File("Korvodal.dbs") + L"\n");

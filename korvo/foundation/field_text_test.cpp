@@ -13,19 +13,19 @@ TEST(FieldTextTest, MarkerIsAnyLineStartingWithStar) {
 }
 
 TEST(FieldTextTest, GuidTokenCountsOnlyAfterTheFirstCharacter) {
-  std::wstring guid;
-  EXPECT_EQ(SplitGuidToken(L"1.5 0 0 GUID 0f8f-x", guid), L"1.5 0 0 ");
-  EXPECT_EQ(guid, L"0f8f-x");
-
-  EXPECT_EQ(SplitGuidToken(L"GUID abc", guid), L"GUID abc");
-  EXPECT_EQ(guid, L"");
-
-  EXPECT_EQ(SplitGuidToken(L"1 2 3", guid), L"1 2 3");
-  EXPECT_EQ(guid, L"");
-
-  // A token at the very end of the line gives an empty identifier.
-  EXPECT_EQ(SplitGuidToken(L"1 GUID", guid), L"1 ");
-  EXPECT_EQ(guid, L"");
+  const struct {
+    const wchar_t *line, *rest, *guid;
+  } cases[] = {
+      {L"1.5 0 0 GUID 0f8f-x", L"1.5 0 0 ", L"0f8f-x"},
+      {L"GUID abc", L"GUID abc", L""},
+      {L"1 2 3", L"1 2 3", L""},
+      {L"1 GUID", L"1 ", L""},  // a token at the very end gives an empty identifier
+  };
+  for (const auto& c : cases) {
+    std::wstring guid = L"old";
+    EXPECT_EQ(SplitGuidToken(c.line, guid), c.rest);
+    EXPECT_EQ(guid, c.guid);
+  }
 }
 
 TEST(FieldTextTest, ShortGuidIsReplacedAndFullOneKept) {

@@ -53,6 +53,22 @@ std::vector<long long> SampleIntegers() {
   return values;
 }
 
+// Each format with the argument its length modifier asks for; without one
+// the 64-bit value itself is passed, which the formatter must cut as the C
+// library's cast does.
+template <class Long, class Int, class LongLong, size_t N>
+void ExpectSameForEach(const char* const (&formats)[N], LongLong v) {
+  for (const std::string f : formats) {
+    if (f.find("ll") != std::string::npos) {
+      ExpectSameText(f, v);
+    } else if (f.find('l') != std::string::npos) {
+      ExpectSameText(f, static_cast<Long>(v));
+    } else {
+      EXPECT_EQ(Format(Widen(f).c_str(), v), CFormat(f, static_cast<Int>(v))) << f << v;
+    }
+  }
+}
+
 TEST(FormatTest, IntegersMatchTheCLibrary) {
   const char* signed_formats[] = {"%d",   "%i",    "%5d",  "%-8d",  "%+d",    "% d",     "%05d",
                                   "%.3d", "%8.3d", "%.0d", "%-+6d", "%02.2d", "%02d",    "%4d",
@@ -60,27 +76,9 @@ TEST(FormatTest, IntegersMatchTheCLibrary) {
   const char* unsigned_formats[] = {"%u",     "%x",    "%X",  "%#x", "%#X",  "%#o", "%o",  "%#.0o",
                                     "%08.3x", "%#08x", "%hu", "%lu", "%llx", "%lo", "%.0u"};
   for (long long v : SampleIntegers()) {
-    for (const char* f : signed_formats) {
-      std::string fs = f;
-      if (fs.find("ll") != std::string::npos) {
-        ExpectSameText(fs, v);
-      } else if (fs.find('l') != std::string::npos) {
-        ExpectSameText(fs, static_cast<long>(v));
-      } else {
-        EXPECT_EQ(Format(Widen(fs).c_str(), v), CFormat(fs, static_cast<int>(v))) << fs << v;
-      }
-    }
-    auto u = static_cast<unsigned long long>(v);
-    for (const char* f : unsigned_formats) {
-      std::string fs = f;
-      if (fs.find("ll") != std::string::npos) {
-        ExpectSameText(fs, u);
-      } else if (fs.find('l') != std::string::npos) {
-        ExpectSameText(fs, static_cast<unsigned long>(u));
-      } else {
-        EXPECT_EQ(Format(Widen(fs).c_str(), u), CFormat(fs, static_cast<unsigned>(u))) << fs << v;
-      }
-    }
+    ExpectSameForEach<long, int>(signed_formats, v);
+    ExpectSameForEach<unsigned long, unsigned>(unsigned_formats,
+                                               static_cast<unsigned long long>(v));
   }
 }
 
@@ -115,8 +113,6 @@ TEST(FormatTest, FloatsMatchTheCLibrary) {
 
 TEST(FormatTest, FloatArgumentsPrintAsTheirDoubleValue) {
   for (float f : {0.1f, 1e-20f, 3.4e38f, -2.5f}) {
-    ExpectSameText("%f %.12e %g", static_cast<double>(f), static_cast<double>(f),
-                   static_cast<double>(f));
     EXPECT_EQ(Format(L"%.12e", f), CFormat("%.12e", static_cast<double>(f)));
   }
 }
@@ -206,61 +202,20 @@ void ExpectSameScan(const std::wstring& line, const wchar_t* format) {
 
 // Lines of numbers in every spelling a field file may hold, good and bad.
 std::vector<std::wstring> SampleLines() {
-  const char* tokens[] = {"1.200",
-                          "12",
-                          "25",
-                          "-3",
-                          "+4.5",
-                          "0",
-                          "-0",
-                          ".5",
-                          "5.",
-                          "1e5",
-                          "1E-3",
-                          "-2.5e+2",
-                          "1e",
-                          "1e+",
-                          "12,5",
-                          "0x1A",
-                          "0x",
-                          "017",
-                          "inf",
-                          "-inf",
-                          "nan",
-                          "-nan",
-                          "infinity",
-                          "in",
-                          "abc",
-                          "-",
-                          "+",
-                          ".",
-                          "2014-03-09",
-                          "9/3-14",
-                          "1.5e400",
-                          "1e-400",
-                          "99999999999999999999",
-                          "-9223372036854775809",
-                          "4294967296",
-                          "3.4028236e38",
-                          "1.00000005960464477539062500000001",
-                          "7e-46",
-                          "000012.50",
-                          "16777216",
-                          "16777217",
-                          "1677721.7",
-                          "0.0000000001",
-                          "0.00000000001",
-                          "9007199254740993",
-                          "1234567890123456789",
-                          "12345678901234567890",
-                          "0.1234567890123456789012",
-                          "0.3000000119",
-                          "-0.0",
-                          "5.e3",
-                          "1.5x"};
+  // clang-format off
+  const char* tokens[] = {
+      "1.200", "12", "25", "-3", "+4.5", "0", "-0", ".5", "5.", "1e5", "1E-3", "-2.5e+2", "1e",
+      "1e+", "12,5", "0x1A", "0x", "017", "inf", "-inf", "nan", "-nan", "infinity", "in", "abc",
+      "-", "+", ".", "2014-03-09", "9/3-14", "1.5e400", "1e-400", "99999999999999999999",
+      "-9223372036854775809", "4294967296", "3.4028236e38", "1.00000005960464477539062500000001",
+      "7e-46", "000012.50", "16777216", "16777217", "1677721.7", "0.0000000001", "0.00000000001",
+      "9007199254740993", "1234567890123456789", "12345678901234567890",
+      "0.1234567890123456789012", "0.3000000119", "-0.0", "5.e3", "1.5x"};
+  // clang-format on
   const char* separators[] = {" ", "  ", "\t", " \t ", ",", ""};
   std::mt19937 rng(3);
-  std::vector<std::wstring> lines = {L"", L"   ", L"\t", L"  1.200   12 25", L"12,5 7"};
+  std::vector<std::wstring> lines = {
+      L"", L"   ", L"\t", L"  1.200   12 25", L"12,5 7", L"2014/3/9", L"120 09.03.2014"};
   for (int i = 0; i < 600; ++i) {
     std::string line = rng() % 3 ? " " : "";
     int n = 1 + rng() % 4;
@@ -320,26 +275,6 @@ TEST(ScanTest, EndOfInputBeforeTheFirstAssignmentGivesMinusOne) {
   EXPECT_EQ(Scan(std::wstring_view(), L"%d", &a), -1);
   EXPECT_EQ(Scan(std::wstring_view(L"12 34", 3), L"%d %d", &a, &b), 1);
   EXPECT_EQ(a, 12);
-}
-
-TEST(ScanTest, FieldFileLines) {
-  float depth = 0;
-  long a = 0;
-  int b = 0, c = 0;
-  EXPECT_EQ(Scan(L"  1.200   12 25", L"%f %ld %d %d", &depth, &a, &b, &c), 3);
-  EXPECT_EQ(depth, 1.2f);
-  EXPECT_EQ(a, 12);
-  EXPECT_EQ(b, 25);
-  double x = 0, y = -1;
-  EXPECT_EQ(Scan(L"12,5", L"%lf %lf", &x, &y), 1);
-  EXPECT_EQ(x, 12.0);
-  EXPECT_EQ(y, -1);
-  int year = 0, month = 0, day = 0;
-  EXPECT_EQ(Scan(L"2014/3/9", L"%d%*c%d%*c%d", &year, &month, &day), 3);
-  EXPECT_EQ(year * 10000 + month * 100 + day, 20140309);
-  wchar_t date[16];
-  EXPECT_EQ(Scan(L"120 09.03.2014", L"%d %s", &a, &date), 2);
-  EXPECT_STREQ(date, L"09.03.2014");
 }
 
 TEST(ScanTest, FixedArraysGetWhatFits) {

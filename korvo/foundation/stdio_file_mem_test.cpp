@@ -15,17 +15,10 @@ std::string ReadAll(CMemFile* mem) {
   return bytes;
 }
 
-TEST(StdioFileMemTest, NewStreamIsInDiskModeWithNothingOpen) {
-  CStdioFileMem s;
-  EXPECT_EQ(s.strom, nullptr);
-  EXPECT_EQ(s.MemFile(), nullptr);
-  s.SetMemFile(1);
-  EXPECT_NE(s.MemFile(), nullptr);
-}
-
 TEST(StdioFileMemTest, MemoryModeHoldsUtf16UnitsAndOneTrailerPerClose) {
   korvo::test::TempDir dir;
   CStdioFileMem s;
+  EXPECT_EQ(s.MemFile(), nullptr);  // disk mode until asked
   s.SetMemFile(1);
   const std::wstring path = dir.File("never/made.SND");
   EXPECT_EQ(s.Open(path.c_str(), 0x1001), 1);
@@ -80,14 +73,10 @@ TEST(StdioFileMemTest, DiskModeWritesCrLfAndReadsBothLineEnds) {
   in.SeekToBegin();
   ASSERT_NE(in.ReadString(line), 0);
   EXPECT_EQ(line, L"a");
-}
 
-TEST(StdioFileMemTest, OpenOfAMissingFileFails) {
-  korvo::test::TempDir dir;
-  CStdioFileMem s;
-  const std::wstring path = dir.File("missing.SND");
-  EXPECT_EQ(s.Open(path.c_str(), 0), 0);
-  EXPECT_EQ(s.strom, nullptr);
+  CStdioFileMem missing;
+  EXPECT_EQ(missing.Open(dir.File("missing.SND").c_str(), 0), 0);
+  EXPECT_EQ(missing.strom, nullptr);
 }
 
 }  // namespace

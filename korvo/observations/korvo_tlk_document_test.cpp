@@ -3,21 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "korvo/context/proj_path.h"
-#include "korvo/foundation/messages.h"
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/file.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/point_project.h"
 
 namespace {
 
-constexpr const char* kSnd =
-    "6500100.250000\r\n1500200.750000\r\n12.340000\r\n9999999.900000\r\n0.000000\r\n"
-    "1.500000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\n"
-    "GUID 0f8fad5b-d9cb-469f-a165-70867728950e\r\n";
+const std::string kSnd = korvo::test::PointHead();
 constexpr const char* kTlk =
     "gvy\r\n   1.2500\r\n\r\n"
     "lera 11 2 0\r\n  11.0000 torrskorpa\r\n"
@@ -25,30 +19,7 @@ constexpr const char* kTlk =
     "berg 1 4 26\r\n   3.5000 \r\n"
     "  0.00   0.00   0.00   0.00   0.00   0.00\r\n*\r\n";
 
-class TlkDocumentTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directory(dir_.path() / "Dbf");
-    proj_.SetPath(dir_.wpath().c_str());
-    old_message_ =
-        korvo::SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int) {
-          messages_.push_back(t);
-          return korvo::IDNO;
-        });
-  }
-  void TearDown() override { korvo::SetMessageHandler(old_message_); }
-
-  void WriteField(const std::string& name, const std::string& bytes) {
-    dir_.Write("Dbf/" + name, bytes);
-  }
-  std::string ReadField(const std::string& name) { return dir_.Read("Dbf/" + name); }
-  bool FieldExists(const std::string& name) { return dir_.Exists("Dbf/" + name); }
-
-  korvo::test::TempDir dir_;
-  CProjPath proj_;
-  std::vector<std::wstring> messages_;
-  korvo::MessageHandler old_message_;
-};
+using TlkDocumentTest = korvo::test::PointProjectTest;
 
 TEST_F(TlkDocumentTest, ReadsTheTlkBesideTheSndAndWritesItBack) {
   WriteField("P1.SND", kSnd);
@@ -65,7 +36,7 @@ TEST_F(TlkDocumentTest, ReadsTheTlkBesideTheSndAndWritesItBack) {
   ASSERT_EQ(snd.Uppdat(nullptr, nullptr), 0);
   EXPECT_EQ(ReadField("P1.TLK"), kTlk);
   EXPECT_EQ(ReadField("P1.SND"), kSnd);
-  EXPECT_TRUE(messages_.empty());
+  EXPECT_TRUE(notices_.messages.empty());
 }
 
 TEST_F(TlkDocumentTest, FindsATlkWhateverTheCaseOfItsName) {
@@ -148,7 +119,7 @@ TEST_F(TlkDocumentTest, ACombinedSaveWritesNoTlk) {
   snd.samlagring = 1;
   ASSERT_EQ(snd.Uppdat(nullptr, nullptr), 0);
   EXPECT_EQ(ReadField("P4.TLK"), "left alone");
-  EXPECT_TRUE(messages_.empty());
+  EXPECT_TRUE(notices_.messages.empty());
 }
 
 }  // namespace

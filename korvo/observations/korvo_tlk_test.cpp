@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cwchar>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "korvo/foundation/format.h"
-#include "korvo/foundation/messages.h"
 #include "korvo/platform/datetime.h"
+#include "korvo/testutil/notices.h"
+#include "korvo/testutil/rows.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -18,15 +21,6 @@ constexpr const char* kZeros = "  0.00   0.00   0.00   0.00   0.00   0.00\r\n";
 // A fresh directory, and every notice the library gives while a test runs.
 class KorvoTlkTest : public testing::Test {
  protected:
-  void SetUp() override {
-    old_message_ = korvo::SetMessageHandler(
-        [this](const std::wstring&, const std::wstring& t, int, int buttons) {
-          messages_.push_back(t);
-          return buttons == korvo::MB_YESNO ? korvo::IDNO : korvo::IDOK;
-        });
-  }
-  void TearDown() override { korvo::SetMessageHandler(old_message_); }
-
   // Reads the file `name` into `tlk` through a stream of the object's own.
   int Read(CKorvoTlk& tlk, const std::string& name) {
     return tlk.Init(nullptr, L"P1", dir_.File(name).c_str());
@@ -37,8 +31,8 @@ class KorvoTlkTest : public testing::Test {
 
   korvo::test::TempDir dir_;
   CKorvoTlk tlk_{1, 0, 0};
-  std::vector<std::wstring> messages_;
-  korvo::MessageHandler old_message_;
+  korvo::test::Notices notices_;
+  std::vector<std::wstring>& messages_ = notices_.messages;
 };
 
 // The rows as "name level", top to bottom.
@@ -51,11 +45,23 @@ std::vector<std::wstring> Rows(CKorvoTlk& tlk) {
   return rows;
 }
 
-void Append(CKorvoTlk& tlk, const wchar_t* namn, float niva) {
-  matetype row{};
-  std::wcsncpy(row.namn, namn, 11);
-  row.niva = niva;
-  tlk.Ny(1, &row);
+// Every field of each row: name, level, index, sources, [remark], [comment]
+// and the six values.
+std::vector<std::wstring> Details(CKorvoTlk& tlk) {
+  return korvo::test::EachRow(tlk, [](const matetype& r) {
+    return korvo::Format(L"%s %.2f %d %d %d [%s] [%s] %g %g %g %g %g %g", r.namn, r.niva, r.index,
+                         r.kalla, r.kalla2, r.anmarkning, r.kommentar, r.varde1, r.varde2, r.varde3,
+                         r.varde4, r.varde5, r.varde6);
+  });
+}
+
+void Append(CKorvoTlk& tlk, std::initializer_list<std::pair<const wchar_t*, float>> rows) {
+  for (const auto& [namn, niva] : rows) {
+    matetype row{};
+    std::wcsncpy(row.namn, namn, 11);
+    row.niva = niva;
+    tlk.Ny(1, &row);
+  }
 }
 
 using Names = std::vector<std::wstring>;
@@ -76,19 +82,12 @@ TEST_F(KorvoTlkTest, FileAsWrittenComesBackByteIdentical) {
   ASSERT_EQ(Read(tlk_, "P1.TLK"), 0);
   EXPECT_EQ(tlk_.hargvy, 1);
   EXPECT_FLOAT_EQ(tlk_.gvy, -2.5f);
-  EXPECT_EQ(Rows(tlk_), (Names{L"fyllning 12.34", L"lera 8.50", L"X 4.10", L"berg -0.75"}));
-  tlk_.Home();
-  tlk_++;
-  const matetype& lera = *tlk_.pael;
-  EXPECT_EQ(lera.index, 11);
-  EXPECT_EQ(lera.kalla, 2);
-  EXPECT_EQ(lera.kalla2, 7);
-  EXPECT_STREQ(lera.anmarkning, L"Sensitive, see lab");
-  EXPECT_STREQ(lera.kommentar, L"Upper part silty");
-  EXPECT_FLOAT_EQ(lera.varde2, -2.25f);
-  EXPECT_FLOAT_EQ(lera.varde6, 123.46f);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 3);  // "Breccia" has no old name of its own
+  // "Breccia" has no old name of its own.
+  EXPECT_EQ(
+      Details(tlk_),
+      (Names{L"fyllning 12.34 13 1 0 [] [] 0 0 0 0 0 0",
+             L"lera 8.50 11 2 7 [Sensitive, see lab] [Upper part silty] 1.5 -2.25 10 0 0 123.46",
+             L"X 4.10 3 0 0 [] [] 0 0 0 0 0 0", L"berg -0.75 1 4 4 [] [] 0 0 0 0 0 0"}));
 
   ASSERT_EQ(Write(tlk_, "OUT.TLK"), 0);
   EXPECT_EQ(dir_.Read("OUT.TLK"), file);
@@ -98,15 +97,9 @@ TEST_F(KorvoTlkTest, FileAsWrittenComesBackByteIdentical) {
 TEST_F(KorvoTlkTest, OlderFileWithNamesOnlyGetsIndexesAndIsWrittenInTheNewForm) {
   dir_.Write("OLD.TLK", "lera\n   5.0\n\nMORAEN\n2.25\n\nLERA 11\n1\n\n");
   ASSERT_EQ(Read(tlk_, "OLD.TLK"), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"MORAEN 2.25", L"LERA 1.00"}));
-  tlk_.Home();
-  EXPECT_EQ(tlk_.pael->index, 11);
-  EXPECT_EQ(tlk_.pael->kalla, 0);
-  EXPECT_EQ(tlk_.pael->kalla2, 0);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 35);
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->index, 11);
+  EXPECT_EQ(Details(tlk_),
+            (Names{L"lera 5.00 11 0 0 [] [] 0 0 0 0 0 0", L"MORAEN 2.25 35 0 0 [] [] 0 0 0 0 0 0",
+                   L"LERA 1.00 11 0 0 [] [] 0 0 0 0 0 0"}));
   EXPECT_EQ(tlk_.hargvy, 0);
 
   ASSERT_EQ(Write(tlk_, "NEW.TLK"), 0);
@@ -129,39 +122,24 @@ TEST_F(KorvoTlkTest, SourceNumbersRemarksAndCommentsAtTheirLimits) {
                  "not read\n4\n\ntorv 27 0 0 word\n5\n\n"
                  "averyveryverylongname 7 0 0\n6\n\n");
   ASSERT_EQ(Read(tlk_, "R.TLK"), 0);
-  tlk_.Home();
-  EXPECT_EQ(tlk_.pael->kalla, 5);   // limited
-  EXPECT_EQ(tlk_.pael->kalla2, 9);  // kept
-  tlk_++;
-  EXPECT_EQ(tlk_.pael->kalla, 0);
-  EXPECT_EQ(tlk_.pael->kalla2, -3);
-  tlk_++;
-  // Three numbers and a long line: the remark is the line from column 25.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"two  words  abcdefghijklm");
-  EXPECT_STREQ(tlk_.pael->kommentar, L"abcdefghijklmnopqrstuvwxy");
-  EXPECT_EQ(tlk_.pael->kalla2, 0);
-  tlk_++;
-  // Only two numbers: the text behind them is no remark.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"");
-  EXPECT_EQ(tlk_.pael->index, 39);
-  tlk_++;
-  // A short line keeps the scanned word.
-  EXPECT_STREQ(tlk_.pael->anmarkning, L"word");
-  tlk_++;
-  EXPECT_STREQ(tlk_.pael->namn, L"averyveryve");
+  // The first source is held to 0..5, the second kept. With three numbers
+  // and a long line the remark is the line from column 25; with two the text
+  // behind them is no remark; a short line keeps the scanned word, and a long
+  // name cut to its field still makes the line long.
+  EXPECT_EQ(Details(tlk_),
+            (Names{L"sand 1.00 20 5 9 [] [] 0 0 0 0 0 0", L"silt 2.00 21 0 -3 [] [] 0 0 0 0 0 0",
+                   L"grus 3.00 32 1 0 [two  words  abcdefghijklm] "
+                   L"[abcdefghijklmnopqrstuvwxy] 0 0 0 0 0 0",
+                   L"sten 4.00 39 0 0 [] [] 0 0 0 0 0 0", L"torv 5.00 27 0 0 [word] [] 0 0 0 0 0 0",
+                   L"averyveryve 6.00 7 0 0 [ 0] [] 0 0 0 0 0 0"}));
 }
 
 TEST_F(KorvoTlkTest, TruncatedAndDamagedRowsKeepWhatWasRead) {
   dir_.Write("D.TLK", "sand 20 1 0\n12,5 kommentar\n1,5 2\nlera 11\n   4.0000 c");
   ASSERT_EQ(Read(tlk_, "D.TLK"), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"sand 12.00", L"lera 4.00"}));
-  tlk_.Home();
-  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 1.0f);  // a decimal comma ends the number
-  EXPECT_FLOAT_EQ(tlk_.pael->varde2, 0.0f);
-  EXPECT_STREQ(tlk_.pael->kommentar, L"ntar");
-  tlk_++;
-  EXPECT_STREQ(tlk_.pael->kommentar, L"c");
-  EXPECT_FLOAT_EQ(tlk_.pael->varde1, 0.0f);
+  // A decimal comma ends the number.
+  EXPECT_EQ(Details(tlk_), (Names{L"sand 12.00 20 1 0 [] [ntar] 1 0 0 0 0 0",
+                                  L"lera 4.00 11 0 0 [] [c] 0 0 0 0 0 0"}));
 
   CKorvoTlk cut(1, 0, 0);
   dir_.Write("T.TLK", "gvy\n");
@@ -201,7 +179,7 @@ TEST_F(KorvoTlkTest, ReadingAppendsAndTakesTheFileDates) {
 }
 
 TEST_F(KorvoTlkTest, GvyBlockIsWrittenOnlyWhenThereIsALevel) {
-  Append(tlk_, L"sand", 2.0f);
+  Append(tlk_, {{L"sand", 2.0f}});
   ASSERT_EQ(Write(tlk_, "A.TLK"), 0);
   EXPECT_EQ(dir_.Read("A.TLK").substr(0, 4), "sand");
 
@@ -218,7 +196,7 @@ TEST_F(KorvoTlkTest, GvyBlockIsWrittenOnlyWhenThereIsALevel) {
 
 TEST_F(KorvoTlkTest, CombinedSaveWritesTheHeadIntoAStreamOnly) {
   CKorvoTlk combined(1, 0, 1);
-  Append(combined, L"lera", 3.0f);
+  Append(combined, {{L"lera", 3.0f}});
   EXPECT_EQ(combined.Uppdat(nullptr, dir_.File("C.TLK").c_str()), -1);
   ASSERT_EQ(messages_.size(), 1u);
   EXPECT_EQ(messages_[0], L"Internt fel: Samlagring ej tillåten !");
@@ -243,7 +221,7 @@ TEST_F(KorvoTlkTest, CombinedSaveWritesTheHeadIntoAStreamOnly) {
 }
 
 TEST_F(KorvoTlkTest, WritingNowhereWritesNothing) {
-  Append(tlk_, L"lera", 3.0f);
+  Append(tlk_, {{L"lera", 3.0f}});
   EXPECT_EQ(tlk_.Uppdat(nullptr, nullptr), -1);
   EXPECT_EQ(tlk_.Uppdat(nullptr, dir_.File("no/such/dir/A.TLK").c_str()), -1);
   EXPECT_TRUE(messages_.empty());
@@ -265,26 +243,6 @@ TEST_F(KorvoTlkTest, MaterialNamesInEachLanguageAreFoundExactly) {
   EXPECT_EQ(tlk_.EnTextToIndex(L"Gyttja"), 8);
   EXPECT_EQ(tlk_.EnTextToIndex(L"clay"), 0);
   EXPECT_EQ(tlk_.EnTextToIndex(nullptr), 0);
-}
-
-TEST_F(KorvoTlkTest, TablesKeepTheirTextsAndBlanks) {
-  EXPECT_STREQ(CKorvoTlk::SvMaterial[0], L"Ospecificerat material ");
-  EXPECT_STREQ(CKorvoTlk::KortNamn[2], L"Bl ");
-  EXPECT_STREQ(CKorvoTlk::NoMaterial[7], L"Ukjent mater");
-  EXPECT_STREQ(CKorvoTlk::EnMaterial[40], L"Rock and Boulders");
-  EXPECT_STREQ(CKorvoTlk::SvKalla[7], L"Beräknas från My");
-  EXPECT_STREQ(CKorvoTlk::NoKalla[8], L"Fra prøve i felt");
-  EXPECT_STREQ(CKorvoTlk::EnKalla[5], L"Bedrock, +3m drilling");
-  // Every plus code is a plus sign and up to two letters, but rock's.
-  for (int i = 0; i < CKorvoTlk::AntalMaterial; ++i) {
-    const std::wstring code = CKorvoTlk::PlusKod[i];
-    if (i == 1) {
-      EXPECT_EQ(code, L"BG");
-    } else {
-      EXPECT_EQ(code[0], L'+') << i;
-      EXPECT_LE(code.size(), 3u) << i;
-    }
-  }
 }
 
 TEST_F(KorvoTlkTest, OldNamesAndTheirFallbacks) {
@@ -319,8 +277,7 @@ TEST_F(KorvoTlkTest, OldNamesAndTheirFallbacks) {
 // ---- Changing the rows ----------------------------------------------------
 
 TEST_F(KorvoTlkTest, AddDZMovesRowsButNotTheWaterLevel) {
-  Append(tlk_, L"lera", 10.0f);
-  Append(tlk_, L"sand", 5.25f);
+  Append(tlk_, {{L"lera", 10.0f}, {L"sand", 5.25f}});
   tlk_.gvy = 3.0f;
   tlk_.AddDZ(-1.5);
   EXPECT_EQ(Rows(tlk_), (Names{L"lera 8.50", L"sand 3.75"}));
@@ -332,8 +289,7 @@ TEST_F(KorvoTlkTest, AddDZMovesRowsButNotTheWaterLevel) {
 
 TEST_F(KorvoTlkTest, AddTolkNivaPutsTheRowInItsPlace) {
   EXPECT_EQ(tlk_.AddTolkNiva(L"lera", 10.0f), 0);  // empty list
-  Append(tlk_, L"sand", 5.0f);
-  Append(tlk_, L"grus", 0.0f);
+  Append(tlk_, {{L"sand", 5.0f}, {L"grus", 0.0f}});
   EXPECT_EQ(tlk_.AddTolkNiva(L"berg", -1.0f), 0);
   EXPECT_STREQ(tlk_.pael->namn, L"berg");
   EXPECT_EQ(tlk_.AddTolkNiva(L"mylla", 12.0f), 0);
@@ -359,59 +315,46 @@ TEST_F(KorvoTlkTest, AddTolkNivaPutsTheRowInItsPlace) {
   EXPECT_EQ(tlk_.pael->kalla, 0);
 }
 
-TEST_F(KorvoTlkTest, InsertBergRoundsAndSetsTheSources) {
-  EXPECT_EQ(tlk_.InsertBerg(1.234f, 4), 0);
-  ASSERT_EQ(Rows(tlk_), (Names{L"berg 1.23"}));
-  EXPECT_FLOAT_EQ(tlk_.pael->niva, 1.23f);
-  EXPECT_EQ(tlk_.pael->kalla, 4);
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-
-  CKorvoTlk other(1, 0, 0);
-  EXPECT_EQ(other.InsertBerg(-1.236f, 7), 0);
-  EXPECT_FLOAT_EQ(other.pael->niva, -1.24f);
-  EXPECT_EQ(other.pael->kalla, 5);
-  EXPECT_EQ(other.pael->kalla2, 7);
+// The rows as "name level source source2".
+Names Sources(CKorvoTlk& tlk) {
+  return korvo::test::EachRow(tlk, [](const matetype& r) {
+    return korvo::Format(L"%s %.4f %d %d", r.namn, r.niva, r.kalla, r.kalla2);
+  });
 }
 
-TEST_F(KorvoTlkTest, InsertBergLeavesARockRowWithinACentimetre) {
-  Append(tlk_, L"lera", 5.0f);
-  tlk_.InsertBerg(1.23f, 4);
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"berg 1.23"}));
+TEST_F(KorvoTlkTest, InsertBergRoundsSetsTheSourcesAndLeavesARockRowWithinACentimetre) {
+  CKorvoTlk other(1, 0, 0);
+  EXPECT_EQ(other.InsertBerg(-1.236f, 7), 0);
+  EXPECT_EQ(Sources(other), (Names{L"berg -1.2400 5 7"}));
+
+  Append(tlk_, {{L"lera", 5.0f}});
+  EXPECT_EQ(tlk_.InsertBerg(1.234f, 4), 0);
   EXPECT_EQ(tlk_.InsertBerg(1.23f, 4), -1);
   EXPECT_EQ(tlk_.InsertBerg(1.24f, 2), -1);  // 0.01 away: still the same
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-  EXPECT_EQ(tlk_.InsertBerg(1.25f, 2), 0);  // 0.02 away: moved
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 5.00", L"berg 1.25"}));
-  tlk_.End();
-  EXPECT_EQ(tlk_.pael->kalla, 4);  // sources that were set stay
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
-
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2300 4 4"}));
+  EXPECT_EQ(tlk_.InsertBerg(1.25f, 2), 0);  // 0.02 away: moved, the sources that were set stay
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2500 4 4"}));
   // Within a centimetre but without sources: they are filled in.
+  tlk_.End();
   tlk_.pael->kalla = 0;
   EXPECT_EQ(tlk_.InsertBerg(1.25f, 3), 0);
-  EXPECT_EQ(tlk_.pael->kalla, 5);
-  EXPECT_EQ(tlk_.pael->kalla2, 4);
+  EXPECT_EQ(Sources(tlk_), (Names{L"lera 5.0000 0 0", L"berg 1.2500 5 4"}));
 }
 
 TEST_F(KorvoTlkTest, InsertBergChangesTheLowestRockRowOrAppendsOne) {
-  Append(tlk_, L"BERG", 8.0f);
-  Append(tlk_, L"Berg", 6.0f);
-  Append(tlk_, L"lera", 4.0f);
+  Append(tlk_, {{L"BERG", 8.0f}, {L"Berg", 6.0f}, {L"lera", 4.0f}});
   EXPECT_EQ(tlk_.InsertBerg(2.0f, 4), 0);
   EXPECT_EQ(Rows(tlk_), (Names{L"BERG 8.00", L"Berg 2.00", L"lera 4.00"}));
 
   CKorvoTlk soil(1, 0, 0);
-  Append(soil, L"lera", 1.0f);
+  Append(soil, {{L"lera", 1.0f}});
   EXPECT_EQ(soil.InsertBerg(3.0f, 26), 0);  // appended, not sorted in
-  EXPECT_EQ(Rows(soil), (Names{L"lera 1.00", L"berg 3.00"}));
-  EXPECT_EQ(soil.pael->kalla, 5);
+  EXPECT_EQ(Sources(soil), (Names{L"lera 1.0000 0 0", L"berg 3.0000 5 26"}));
 }
 
 TEST_F(KorvoTlkTest, FindMtrlByOldOrNorwegianName) {
   EXPECT_EQ(tlk_.FindMtrl(L"lera", 1), 0);  // empty list
-  Append(tlk_, L"lera", 9.0f);
-  Append(tlk_, L"sand", 6.0f);
-  Append(tlk_, L"LERA", 3.0f);
+  Append(tlk_, {{L"lera", 9.0f}, {L"sand", 6.0f}, {L"LERA", 3.0f}});
   tlk_.pael->index = 11;
   EXPECT_EQ(tlk_.FindMtrl(L"Lera", 1), 1);
   EXPECT_EQ(tlk_.Where(nullptr), 3);  // the lowest
@@ -440,35 +383,30 @@ TEST_F(KorvoTlkTest, IfFriktKnowsFiveExactNames) {
   EXPECT_EQ(tlk_.IfFrikt(L"lera"), 0);
 }
 
-TEST_F(KorvoTlkTest, BlockIFriktInSameFrictionSoilKeepsTheLowerRow) {
-  Append(tlk_, L"sand", 5.0f);
-  Append(tlk_, L"block", 4.0f);
-  Append(tlk_, L"sand", 3.0f);
+TEST_F(KorvoTlkTest, BlockIFriktInFrictionSoilRemovesRows) {
+  // In the same friction soil the lower row is kept; between two different
+  // ones the lower one goes, and the marked row with it.
+  Append(tlk_, {{L"sand", 5.0f}, {L"block", 4.0f}, {L"sand", 3.0f}});
   tlk_.Home();
   tlk_++;
   EXPECT_EQ(tlk_.BlockIFrikt(), 1);
   EXPECT_EQ(Rows(tlk_), (Names{L"sand 3.00"}));
-}
 
-TEST_F(KorvoTlkTest, BlockIFriktBetweenDifferentFrictionSoilsRemovesTheLowerOne) {
-  Append(tlk_, L"sand", 5.0f);
-  Append(tlk_, L"block", 4.0f);
-  Append(tlk_, L"grus", 3.0f);
-  Append(tlk_, L"lera", 2.0f);
-  tlk_.Home();
-  tlk_++;
-  EXPECT_EQ(tlk_.BlockIFrikt(), 1);
-  EXPECT_STREQ(tlk_.pael->namn, L"lera");
-  EXPECT_EQ(tlk_.Goto_mark(), -1);  // the marked row went
-  EXPECT_EQ(Rows(tlk_), (Names{L"sand 5.00", L"block 4.00", L"lera 2.00"}));
+  CKorvoTlk mixed(1, 0, 0);
+  Append(mixed, {{L"sand", 5.0f}, {L"block", 4.0f}, {L"grus", 3.0f}, {L"lera", 2.0f}});
+  mixed.Home();
+  mixed++;
+  EXPECT_EQ(mixed.BlockIFrikt(), 1);
+  EXPECT_STREQ(mixed.pael->namn, L"lera");
+  EXPECT_EQ(mixed.Goto_mark(), -1);
+  EXPECT_EQ(Rows(mixed), (Names{L"sand 5.00", L"block 4.00", L"lera 2.00"}));
 }
 
 TEST_F(KorvoTlkTest, BlockIFriktDoesNothingAtTheEdgesOrBesideOtherSoil) {
   EXPECT_EQ(tlk_.BlockIFrikt(), 0);  // empty
-  Append(tlk_, L"sand", 5.0f);
+  Append(tlk_, {{L"sand", 5.0f}});
   EXPECT_EQ(tlk_.BlockIFrikt(), 0);  // only row
-  Append(tlk_, L"block", 4.0f);
-  Append(tlk_, L"lera", 3.0f);
+  Append(tlk_, {{L"block", 4.0f}, {L"lera", 3.0f}});
   tlk_.Home();
   EXPECT_EQ(tlk_.BlockIFrikt(), 0);  // first row: cursor to the row below
   EXPECT_EQ(tlk_.Where(nullptr), 2);
@@ -479,100 +417,53 @@ TEST_F(KorvoTlkTest, BlockIFriktDoesNothingAtTheEdgesOrBesideOtherSoil) {
   EXPECT_EQ(tlk_.antal, 3);
 }
 
-TEST_F(KorvoTlkTest, TolkCleanRemovesBlocksAtTheEnd) {
-  EXPECT_EQ(tlk_.TolkClean(), 1);  // empty
-  Append(tlk_, L"block", 4.0f);
-  EXPECT_EQ(tlk_.TolkClean(), 1);
-  EXPECT_EQ(tlk_.antal, 0);
-
-  Append(tlk_, L"lera", 5.0f);
-  Append(tlk_, L"block", 4.0f);
-  Append(tlk_, L"block", 3.0f);
-  EXPECT_EQ(tlk_.TolkClean(), 1);
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 5.00"}));
-
-  CKorvoTlk first(1, 0, 0);  // a block on top stays
-  Append(first, L"block", 5.0f);
-  Append(first, L"lera", 4.0f);
-  first.TolkClean();
-  EXPECT_EQ(Rows(first), (Names{L"block 5.00", L"lera 4.00"}));
-}
-
-TEST_F(KorvoTlkTest, TolkCleanRemovesBlocksInFrictionSoil) {
-  Append(tlk_, L"sand", 6.0f);
-  Append(tlk_, L"block", 5.0f);
-  Append(tlk_, L"sand", 4.0f);
-  Append(tlk_, L"block", 3.5f);
-  Append(tlk_, L"lera", 3.0f);
-  Append(tlk_, L"block", 2.0f);
-  EXPECT_EQ(tlk_.TolkClean(), 1);
-  // The block beside clay stays.
-  EXPECT_EQ(Rows(tlk_), (Names{L"sand 4.00", L"block 3.50", L"lera 3.00"}));
-}
-
-TEST_F(KorvoTlkTest, TolkCleanKeepsTheLowestOfARun) {
-  Append(tlk_, L"lera", 5.0f);
-  Append(tlk_, L"lera", 4.0f);
-  Append(tlk_, L"lera", 3.0f);
-  tlk_.TolkClean();
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 3.00"}));
-
-  CKorvoTlk runs(1, 0, 0);
-  Append(runs, L"sand", 9.0f);
-  Append(runs, L"sand", 9.0f);
-  Append(runs, L"lera", 5.0f);
-  Append(runs, L"sand", 4.0f);
-  Append(runs, L"sand", 2.0f);
-  runs.TolkClean();
-  EXPECT_EQ(Rows(runs), (Names{L"sand 9.00", L"lera 5.00", L"sand 2.00"}));
-}
-
-TEST_F(KorvoTlkTest, TolkCleanJoinsTheLowestLayerToRock) {
-  Append(tlk_, L"lera", 5.0f);
-  Append(tlk_, L"berg", 4.9f);
-  tlk_.TolkClean();
-  EXPECT_EQ(Rows(tlk_), (Names{L"lera 4.90", L"berg 4.90"}));
-
-  CKorvoTlk gap(1, 0, 0);
-  Append(gap, L"lera", 5.0f);
-  Append(gap, L"berg", 4.7f);
-  gap.TolkClean();
-  EXPECT_EQ(Rows(gap), (Names{L"lera 5.00", L"X 4.70", L"berg 4.70"}));
-
-  CKorvoTlk run(1, 0, 0);  // joined, then the run above it
-  Append(run, L"lera", 5.0f);
-  Append(run, L"lera", 4.95f);
-  Append(run, L"berg", 4.9f);
-  run.TolkClean();
-  EXPECT_EQ(Rows(run), (Names{L"lera 4.90", L"berg 4.90"}));
-
-  CKorvoTlk alone(1, 0, 0);
-  Append(alone, L"berg", 4.0f);
-  EXPECT_EQ(alone.TolkClean(), 1);
-  EXPECT_EQ(Rows(alone), (Names{L"berg 4.00"}));
+TEST_F(KorvoTlkTest, TolkCleanRemovesBlocksAndRunsAndJoinsTheLowestLayerToRock) {
+  using Layers = std::vector<std::pair<const wchar_t*, float>>;
+  const struct {
+    Layers rows;
+    Names clean;
+  } cases[] = {
+      {{}, {}},
+      {{{L"block", 4}}, {}},
+      {{{L"lera", 5}, {L"block", 4}, {L"block", 3}}, {L"lera 5.00"}},
+      {{{L"block", 5}, {L"lera", 4}}, {L"block 5.00", L"lera 4.00"}},  // a block on top stays
+      // Blocks in friction soil go; the one beside clay stays.
+      {{{L"sand", 6}, {L"block", 5}, {L"sand", 4}, {L"block", 3.5}, {L"lera", 3}, {L"block", 2}},
+       {L"sand 4.00", L"block 3.50", L"lera 3.00"}},
+      // The lowest row of a run stays.
+      {{{L"lera", 5}, {L"lera", 4}, {L"lera", 3}}, {L"lera 3.00"}},
+      {{{L"sand", 9}, {L"sand", 9}, {L"lera", 5}, {L"sand", 4}, {L"sand", 2}},
+       {L"sand 9.00", L"lera 5.00", L"sand 2.00"}},
+      // The layer above rock is joined to it over a small gap; a wider one gets an unknown layer.
+      {{{L"lera", 5}, {L"berg", 4.9f}}, {L"lera 4.90", L"berg 4.90"}},
+      {{{L"lera", 5}, {L"berg", 4.7f}}, {L"lera 5.00", L"X 4.70", L"berg 4.70"}},
+      {{{L"lera", 5}, {L"lera", 4.95f}, {L"berg", 4.9f}}, {L"lera 4.90", L"berg 4.90"}},
+      {{{L"berg", 4}}, {L"berg 4.00"}},
+  };
+  for (const auto& c : cases) {
+    CKorvoTlk tlk(1, 0, 0);
+    for (const auto& [namn, niva] : c.rows) Append(tlk, {{namn, niva}});
+    EXPECT_EQ(tlk.TolkClean(), 1);
+    EXPECT_EQ(Rows(tlk), c.clean) << (c.clean.empty() ? L"" : c.clean[0]);
+  }
 }
 
 TEST_F(KorvoTlkTest, DataCheckReportsRowsBelowRock) {
   EXPECT_EQ(tlk_.DataCheck(0), 0);
-  Append(tlk_, L"berg", 5.0f);
-  Append(tlk_, L"lera", 4.0f);
+  Append(tlk_, {{L"berg", 5.0f}, {L"lera", 4.0f}});
   EXPECT_EQ(tlk_.DataCheck(0), 1);
   ASSERT_EQ(messages_.size(), 1u);
   EXPECT_EQ(messages_[0],
             L"Fel och varningar:\nMaterial lera på nivå 4.00 är under berg på nivå 5.00\n");
 
   CKorvoTlk fine(1, 0, 0);
-  Append(fine, L"lera", 5.0f);
-  Append(fine, L"berg", 4.0f);
+  Append(fine, {{L"lera", 5.0f}, {L"berg", 4.0f}});
   EXPECT_EQ(fine.DataCheck(0), 0);
   EXPECT_EQ(messages_.size(), 1u);
 }
 
 TEST_F(KorvoTlkTest, SortingGivesFallingLevels) {
-  Append(tlk_, L"a", 1.0f);
-  Append(tlk_, L"b", 5.0f);
-  Append(tlk_, L"c", 3.0f);
-  Append(tlk_, L"d", 5.0f);
+  Append(tlk_, {{L"a", 1.0f}, {L"b", 5.0f}, {L"c", 3.0f}, {L"d", 5.0f}});
   tlk_.Sortera(-1);  // strict: equal levels keep their order
   EXPECT_EQ(Rows(tlk_), (Names{L"b 5.00", L"d 5.00", L"c 3.00", L"a 1.00"}));
   tlk_.Sortera(1);  // at or above: equal levels change places

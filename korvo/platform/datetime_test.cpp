@@ -15,25 +15,18 @@ void ExpectParts(const COleDateTime& t, int y, int mo, int d, int h, int mi, int
   EXPECT_EQ(t.GetSecond(), s);
 }
 
-TEST(COleDateTime, DayZeroIsTheThirtiethOfDecember1899) {
-  COleDateTime t(1899, 12, 30, 0, 0, 0);
-  EXPECT_EQ(t.GetStatus(), COleDateTime::valid);
-  EXPECT_EQ(t.m_dt, 0.0);
-  ExpectParts(COleDateTime(0.0), 1899, 12, 30, 0, 0, 0);
-  ExpectParts(COleDateTime(1.0), 1899, 12, 31, 0, 0, 0);
-  ExpectParts(COleDateTime(2.0), 1900, 1, 1, 0, 0, 0);
-}
-
 TEST(COleDateTime, KnownDaysBothWays) {
   struct Case {
     int y, m, d;
     double days;
   } cases[] = {
-      {1900, 3, 1, 61},     {1970, 1, 1, 25569},   {2000, 1, 1, 36526},  {2000, 2, 29, 36585},
-      {2024, 2, 29, 45351}, {2099, 12, 31, 73050}, {1801, 1, 1, -36157}, {1600, 3, 1, -109511},
+      {1899, 12, 30, 0},     {1899, 12, 31, 1},    {1900, 1, 1, 2},       {1900, 3, 1, 61},
+      {1970, 1, 1, 25569},   {2000, 1, 1, 36526},  {2000, 2, 29, 36585},  {2024, 2, 29, 45351},
+      {2099, 12, 31, 73050}, {1801, 1, 1, -36157}, {1600, 3, 1, -109511},
   };
   for (const Case& c : cases) {
     COleDateTime t(c.y, c.m, c.d, 0, 0, 0);
+    EXPECT_EQ(t.GetStatus(), COleDateTime::valid);
     EXPECT_EQ(t.m_dt, c.days) << c.y << "-" << c.m << "-" << c.d;
     ExpectParts(COleDateTime(c.days), c.y, c.m, c.d, 0, 0, 0);
   }
@@ -119,7 +112,6 @@ TEST(COleDateTime, CurrentTimeMatchesTheLocalClock) {
 TEST(CTime, CountsSecondsSince1970) {
   const CTime now = CTime::GetCurrentTime();
   EXPECT_GT(now.GetTime(), 1700000000);  // after November 2023
-  EXPECT_EQ(CTime(86400).GetTime(), 86400);
 }
 
 }  // namespace

@@ -12,47 +12,36 @@
 namespace {
 
 using korvo::test::TempDir;
+using Lines = std::vector<std::wstring>;
 
-std::vector<std::wstring> ReadLines(const std::wstring& path) {
+Lines ReadLines(const std::wstring& path) {
   CStdioFile f;
   EXPECT_NE(f.Open(path.c_str(), CFile::modeRead), 0);
-  std::vector<std::wstring> lines;
+  Lines lines;
   std::wstring line;
   while (f.ReadString(line)) lines.push_back(line);
   EXPECT_EQ(f.ReadString(line), 0);  // the end stays the end
   return lines;
 }
 
-using Lines = std::vector<std::wstring>;
-
-TEST(CStdioFileRead, CrLfLoneLfAndEmptyLines) {
+TEST(CStdioFileRead, LineEndsLastLinesEndMarkAndWindows1252) {
+  const struct {
+    std::string bytes;
+    Lines lines;
+  } cases[] = {
+      {"one\r\ntwo\nthree\r\n\r\n\nsix\r\n", {L"one", L"two", L"three", L"", L"", L"six"}},
+      {"one\r\nlast", {L"one", L"last"}},
+      {"only", {L"only"}},
+      {"\n", {L""}},
+      {"", {}},
+      {"a\rb\r\r\nc\r\n\x1A", {L"a\rb\r", L"c"}},  // a lone CR stays, the DOS end mark goes
+      {"Sj\xF6 \xC5s \x80\r\n", {L"Sj\x00F6 \x00C5s \x20AC"}},
+  };
   TempDir dir;
-  dir.Write("a.snd", "one\r\ntwo\nthree\r\n\r\n\nsix\r\n");
-  EXPECT_EQ(ReadLines(dir.File("a.snd")), (Lines{L"one", L"two", L"three", L"", L"", L"six"}));
-}
-
-TEST(CStdioFileRead, LastLineWithoutLineEnd) {
-  TempDir dir;
-  dir.Write("a", "one\r\nlast");
-  EXPECT_EQ(ReadLines(dir.File("a")), (Lines{L"one", L"last"}));
-  dir.Write("b", "only");
-  EXPECT_EQ(ReadLines(dir.File("b")), (Lines{L"only"}));
-  dir.Write("c", "\n");
-  EXPECT_EQ(ReadLines(dir.File("c")), (Lines{L""}));
-  dir.Write("d", "");
-  EXPECT_TRUE(ReadLines(dir.File("d")).empty());
-}
-
-TEST(CStdioFileRead, LoneCrStaysAndDosEndMarkGoes) {
-  TempDir dir;
-  dir.Write("a", "a\rb\r\r\nc\r\n\x1A");
-  EXPECT_EQ(ReadLines(dir.File("a")), (Lines{L"a\rb\r", L"c"}));
-}
-
-TEST(CStdioFileRead, DecodesWindows1252) {
-  TempDir dir;
-  dir.Write("a", "Sj\xF6 \xC5s \x80\r\n");
-  EXPECT_EQ(ReadLines(dir.File("a")), (Lines{L"Sj\x00F6 \x00C5s \x20AC"}));
+  for (const auto& c : cases) {
+    dir.Write("a", c.bytes);
+    EXPECT_EQ(ReadLines(dir.File("a")), c.lines) << c.bytes;
+  }
 }
 
 TEST(CStdioFileRead, RandomBytesComeBackLineByLine) {
@@ -183,11 +172,7 @@ TEST(CFile, OpensAnExistingFileWhateverTheCase) {
   f.Close();
   EXPECT_EQ(dir.Read("abc.snd"), "xy");
   EXPECT_FALSE(dir.Exists("ABC.SND"));
-}
-
-TEST(CFile, NewFileKeepsTheNameAsFormed) {
-  TempDir dir;
-  CFile f;
+  // A new file keeps the name as formed.
   ASSERT_TRUE(f.Open(dir.File("New.TLK").c_str(), CFile::modeCreate | CFile::modeWrite));
   f.Close();
   EXPECT_TRUE(dir.Exists("New.TLK"));

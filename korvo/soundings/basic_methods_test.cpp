@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "korvo/context/proj_path.h"
-#include "korvo/foundation/messages.h"
+#include "korvo/foundation/format.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/block_io.h"
+#include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
@@ -18,56 +18,35 @@ std::string MethodLine(const std::string& numbers) {
   return numbers + " GUID " + kGuid + "\r\n";
 }
 
-// A row as the writer writes it: the left part, blanks up to the remark
-// column, the remark.
 std::string Line(const std::string& left, const std::string& remark = "", size_t column = 22) {
-  std::string line = left;
-  if (line.size() < column) line.append(column - line.size(), ' ');
-  return line + remark + "\r\n";
+  return korvo::test::Padded(left, remark, column);
 }
 
-std::string Narrow(const std::wstring& text) {
-  std::string out;
-  for (wchar_t c : text) out += static_cast<char>(c);
-  return out;
+using korvo::test::Texts;
+
+// Each row as "depth count(s) [load word] [remark] {symbol}".
+std::wstring Describe(const dreietype& r) {
+  return korvo::Format(L"%.3f %d %s [%s] {%s}", r.djup, r.varv, r.vikt, r.anm, r.symbol);
+}
+std::wstring Describe(const ramsondtype& r) {
+  return korvo::Format(L"%.3f %d %d [%s] {%s}", r.djup, r.tal1, r.tal2, r.anm, r.symbol);
+}
+template <class Row>
+std::wstring Describe(const Row& r) {
+  return korvo::Format(L"%.3f %d [%s] {%s}", r.djup, r.varv, r.anm, r.symbol);
+}
+template <class Block>
+Texts Rows(Block& block) {
+  return korvo::test::EachRow(block, [](const auto& r) { return Describe(r); });
+}
+// The method line as "flag stop digit count [stop text] code system date".
+template <class Block>
+std::wstring Head(const Block& b) {
+  return korvo::Format(L"%d %d %d %d [%s] %s %s", b.flagga1, b.stopp, b.digit, b.metodtal,
+                       b.stopptext, b.kodsystem, b.datum);
 }
 
-// Reads and writes single blocks through the stream the document uses.
-class BasicMethodsTest : public testing::Test {
- protected:
-  // Reads a block from `bytes`, which start with its code line.
-  template <class Block>
-  int Read(const std::string& bytes, Block& block, const wchar_t* date = L"09.03.2014") {
-    dir_.Write("in.txt", bytes);
-    CStdioFileMem in;
-    EXPECT_TRUE(in.Open(dir_.File("in.txt").c_str(), 0));
-    std::wstring code_line;
-    in.ReadString(code_line);
-    const int result = block.Init(&in, date);
-    in.Close();
-    return result;
-  }
-  // The bytes a block writes.
-  template <class Block>
-  std::string Write(Block& block) {
-    CStdioFileMem out;
-    EXPECT_TRUE(out.Open(dir_.File("out.txt").c_str(), 0x1001));
-    EXPECT_EQ(block.Uppdat(&out), 0);
-    out.Close();
-    return dir_.Read("out.txt");
-  }
-  // Reads `block_bytes` (marker, code line, ...) and writes it back.
-  template <class Block>
-  std::string RoundTrip(const std::string& block_bytes, Block& block) {
-    const std::string code_line = block_bytes.substr(3, block_bytes.find("\r\n", 3) - 3);
-    const std::string date = code_line.size() > 3 ? code_line.substr(3) : "";
-    const std::wstring wdate(date.begin(), date.end());
-    EXPECT_EQ(Read(block_bytes.substr(3), block, wdate.c_str()), 0);  // behind the marker
-    return Write(block);
-  }
-
-  korvo::test::TempDir dir_;
-};
+class BasicMethodsTest : public testing::Test, protected korvo::test::BlockIo {};
 
 TEST_F(BasicMethodsTest, RotaryBlockComesBackByteIdentical) {
   const std::string bytes = "*\r\n21 09.03.2014\r\n" + MethodLine("1.000000 91 2 0 1 7 Sten") +
@@ -78,35 +57,14 @@ TEST_F(BasicMethodsTest, RotaryBlockComesBackByteIdentical) {
   CKorvoDreie block(1, 0, 0);
   EXPECT_EQ(RoundTrip(bytes, block), bytes);
 
-  EXPECT_EQ(block.flagga1, 1);
-  EXPECT_EQ(block.stopp, 91);
-  EXPECT_EQ(block.digit, 2);
-  EXPECT_EQ(block.metodtal, 7);
-  EXPECT_STREQ(block.stopptext, L"Sten");
-  EXPECT_STREQ(block.kodsystem, L"SGF");
-  EXPECT_STREQ(block.datum, L"09.03.2014");
+  EXPECT_EQ(Head(block), L"1 91 2 7 [Sten] SGF 09.03.2014");
   EXPECT_EQ(block.guid, L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f");
-  int rows = 0;
-  block.Where(&rows);
-  ASSERT_EQ(rows, 5);
-  block.Home();
-  block++;
-  const dreietype& clay = *block.pael;
-  EXPECT_FLOAT_EQ(clay.djup, 1.2f);
-  EXPECT_EQ(clay.varv, 12);
-  EXPECT_STREQ(clay.vikt, L"25");
-  EXPECT_STREQ(clay.anm, L"le, gr\u00e5 SA");
-  EXPECT_STREQ(clay.symbol, L"\u00b3");  // LE; the words behind the comma don't count
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"SL");
-  EXPECT_EQ(block.pael->varv, -1);
-  EXPECT_STREQ(block.pael->symbol, L"");
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"SL1");
-  EXPECT_STREQ(block.pael->anm, L"");
-  block++;
-  EXPECT_STREQ(block.pael->vikt, L"100");
-  EXPECT_STREQ(block.pael->symbol, L"");  // R1 is no rotary code, and <...> no code at all
+  // LE, for the words behind the comma don't count; R1 is no rotary code,
+  // and <...> no code at all.
+  EXPECT_EQ(Rows(block),
+            (Texts{L"0.200 10 5 [torrskorpa] {}", L"1.200 12 25 [le, gr\u00e5 SA] {\u00b3}",
+                   L"1.400 -1 SL [sjunker] {}", L"2.000 0 SL1 [] {}",
+                   L"12.345 1234 100 [<R1> \u00c5\u00c4\u00d6\u00e6\u00f8] {}"}));
 }
 
 TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
@@ -115,9 +73,7 @@ TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
   CKorvoEnkel enkel(1, 0, 0);
   EXPECT_EQ(RoundTrip(simple, enkel), simple);
   EXPECT_STREQ(enkel.kodsystem, L"KRV");
-  enkel.Home();
-  EXPECT_STREQ(enkel.pael->symbol, L":");
-  EXPECT_EQ(enkel.pael->varv, 3);
+  EXPECT_EQ(Rows(enkel), (Texts{L"0.500 3 [sa gr] {:}", L"1.000 14 [] {}"}));
 
   // Rotary-pressure rows have their remark at column 15.
   const std::string pressure = "*\r\n23 \r\n" + MethodLine("0.000000 0 0 0 1 0 ") +
@@ -125,11 +81,8 @@ TEST_F(BasicMethodsTest, SimpleAndPressureBlocksComeBackByteIdentical) {
                                Line("  3.200   -5  ", "MY", 15);
   CKorvoDtrykk dtrykk(1, 0, 0);
   EXPECT_EQ(RoundTrip(pressure, dtrykk), pressure);
-  dtrykk.Home();
-  EXPECT_STREQ(dtrykk.pael->anm, L"R1 spolning");
-  EXPECT_STREQ(dtrykk.pael->symbol, L"R1");  // valid for this method
-  dtrykk++;
-  EXPECT_EQ(dtrykk.pael->varv, -5);  // no load-word rule here
+  // R1 is valid for this method, and there is no load-word rule here.
+  EXPECT_EQ(Rows(dtrykk), (Texts{L"3.000 40 [R1 spolning] {R1}", L"3.200 -5 [MY] {\u00f0}"}));
 }
 
 TEST_F(BasicMethodsTest, RamBlockHoldsTal1BeforeTal2) {
@@ -138,13 +91,8 @@ TEST_F(BasicMethodsTest, RamBlockHoldsTal1BeforeTal2) {
                             Line("  0.400 125 -20", "ST") + Line("  0.600 0 0");
   CKorvoRam ram(1, 0, 0);
   EXPECT_EQ(RoundTrip(bytes, ram), bytes);
-  ram.Home();
-  EXPECT_EQ(ram.pael->tal1, 12);
-  EXPECT_EQ(ram.pael->tal2, 3);
-  EXPECT_STREQ(ram.pael->anm, L"Fyllning, \u00f6vre");
-  ram++;
-  EXPECT_EQ(ram.pael->tal2, -20);
-  EXPECT_STREQ(ram.pael->symbol, L"\u007f");
+  EXPECT_EQ(Rows(ram), (Texts{L"0.200 12 3 [Fyllning, \u00f6vre] {}",
+                              L"0.400 125 -20 [ST] {\u007f}", L"0.600 0 0 [] {}"}));
 }
 
 TEST_F(BasicMethodsTest, RamStopTextIsCutToItsField) {
@@ -173,30 +121,13 @@ TEST_F(BasicMethodsTest, LinesTheWriterNeverWrites) {
                  block),
             0);
   // A method line of four columns.
-  EXPECT_EQ(block.flagga1, 0);
-  EXPECT_EQ(block.stopp, 3);
-  EXPECT_EQ(block.digit, 1);
-  EXPECT_STREQ(block.kodsystem, L"KRV");
-  EXPECT_EQ(block.metodtal, 0);
-  EXPECT_STREQ(block.stopptext, L"");
+  EXPECT_EQ(Head(block), L"0 3 1 0 [] KRV 09.03.2014");
   EXPECT_TRUE(block.guid.empty());
-
-  int rows = 0;
-  block.Where(&rows);
-  ASSERT_EQ(rows, 4);  // the marker ends the block
-  block.Home();
-  EXPECT_EQ(block.pael->djup, 0.0f);  // an empty line is a row of zeros
-  EXPECT_EQ(block.pael->varv, 0);
-  EXPECT_STREQ(block.pael->vikt, L"");
-  block++;
-  EXPECT_STREQ(block.pael->anm, L"abcdefghijklmnopqrstuvwxy");
-  block++;
-  // Five digits push the load word out of its column; the remark moves too.
-  EXPECT_EQ(block.pael->varv, 12345);
-  EXPECT_STREQ(block.pael->vikt, L"");
-  EXPECT_STREQ(block.pael->anm, L"SA");
-  block++;
-  EXPECT_EQ(block.pael->djup, 0.0f);  // a line that doesn't scan
+  // An empty line is a row of zeros, five digits push the load word out of
+  // its column and the remark with it, a line that doesn't scan is zeros, and
+  // the marker ends the block.
+  EXPECT_EQ(Rows(block), (Texts{L"0.000 0  [] {}", L"1.000 5 25 [abcdefghijklmnopqrstuvwxy] {}",
+                                L"1.200 12345  [SA] {:}", L"0.000 0  [] {}"}));
 
   const std::string written = Write(block);
   const size_t rows_at = written.find("\r\n", written.find("GUID ")) + 2;
@@ -238,7 +169,8 @@ TEST_F(BasicMethodsTest, GuidIsKeptFromThirtySixCharactersOn) {
   const std::string written = Write(short_one);
   EXPECT_EQ(written.find(guid35), std::string::npos);
   ASSERT_EQ(short_one.guid.size(), 36u);
-  EXPECT_NE(written.find(" GUID " + Narrow(short_one.guid)), std::string::npos);
+  EXPECT_NE(written.find(" GUID " + std::string(short_one.guid.begin(), short_one.guid.end())),
+            std::string::npos);
 
   // A new block gets one at its first save and keeps it after that.
   CKorvoDtrykk fresh(1, 0, 0);
@@ -280,34 +212,11 @@ TEST_F(BasicMethodsTest, NewBlockTakesTheChosenCodeSystem) {
   CKorvoSnd::Kodtyp = before;
   EXPECT_STREQ(own.kodsystem, L"KRV");
   EXPECT_NE(Write(own).find("\r\n0.000000 0 0 0 0 0  GUID "), std::string::npos);
-
-  CKorvoEnkel other(1, 2, 3);
-  EXPECT_STREQ(other.kodsystem, L"SGF");
-  EXPECT_EQ(other.rensa, 2);
-  EXPECT_EQ(other.samlagring, 3);
+  EXPECT_STREQ(CKorvoEnkel(1, 0, 0).kodsystem, L"SGF");
 }
 
 // The four blocks inside a point's .SND file.
-class BasicBlocksInDocumentTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directory(dir_.path() / "Dbf");
-    proj_.SetPath(dir_.wpath().c_str());
-    old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-  }
-  void TearDown() override { korvo::SetStatusHandler(old_status_); }
-
-  static std::string Head() {
-    return "6500100.250000\r\n1500200.750000\r\n12.340000\r\n9999999.900000\r\n0.000000\r\n"
-           "0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\n"
-           "GUID 0f8fad5b-d9cb-469f-a165-70867728950e\r\n";
-  }
-
-  korvo::test::TempDir dir_;
-  CProjPath proj_;
-  std::vector<std::wstring> status_;
-  korvo::StatusHandler old_status_;
-};
+using BasicBlocksInDocumentTest = korvo::test::PointProjectTest;
 
 TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
   const std::string dreie = "*\r\n21 09.03.2014\r\n" + MethodLine("0.000000 0 0 0 1 0 ") +
@@ -318,10 +227,10 @@ TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
                              Line("  3.000   40  ", "R1", 15);
   const std::string enkel_rows = MethodLine("0.000000 0 0 0 1 0 ") + Line("  0.500    3  ", "sa");
   const std::string enkel = "*\r\n22 2014-03-12\r\n" + enkel_rows;
-  dir_.Write("Dbf/P1.SND", Head() + enkel + dtrykk + ram + dreie + "*\r\n");
+  WriteField("P1.SND", korvo::test::PointHead() + enkel + dtrykk + ram + dreie + "*\r\n");
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"P1", nullptr), 0);
-  EXPECT_TRUE(status_.empty());
+  EXPECT_TRUE(notices_.status.empty());
   ASSERT_TRUE(snd.m_dreie && snd.m_ram && snd.m_dtrykk && snd.m_enkel);
   EXPECT_STREQ(snd.m_enkel->datum, L"12.03.2014");
   EXPECT_STREQ(snd.m_dreie->datum, L"09.03.2014");
@@ -329,13 +238,14 @@ TEST_F(BasicBlocksInDocumentTest, AllFourBlocksMakeTheRoundTripInFileOrder) {
 
   snd.Uppdat(nullptr, nullptr);
   const std::string normalised = "*\r\n22 12.03.2014\r\n" + enkel_rows;
-  EXPECT_EQ(dir_.Read("Dbf/P1.SND"), Head() + dreie + ram + dtrykk + normalised + "*\r\n");
+  EXPECT_EQ(ReadField("P1.SND"),
+            korvo::test::PointHead() + dreie + ram + dtrykk + normalised + "*\r\n");
 }
 
 TEST_F(BasicBlocksInDocumentTest, ALaterBlockOfTheSameCodeReplacesTheFirst) {
-  dir_.Write("Dbf/P2.SND", Head() + "*\r\n21 01.01.2001\r\n0 0 0 0 1\r\n" + Line("  1.000    1 5") +
-                               "*\r\n21 02.02.2002\r\n0 0 0 0 1\r\n" + Line("  2.000    2 5") +
-                               Line("  3.000    3 5"));
+  WriteField("P2.SND", korvo::test::PointHead() + "*\r\n21 01.01.2001\r\n0 0 0 0 1\r\n" +
+                           Line("  1.000    1 5") + "*\r\n21 02.02.2002\r\n0 0 0 0 1\r\n" +
+                           Line("  2.000    2 5") + Line("  3.000    3 5"));
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"P2", nullptr);
   ASSERT_NE(snd.m_dreie, nullptr);

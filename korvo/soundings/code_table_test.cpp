@@ -6,22 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "korvo/context/auto_ini.h"
-#include "korvo/context/proj_path.h"
-#include "korvo/foundation/messages.h"
 #include "korvo/platform/env.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/code_settings.h"
+#include "korvo/testutil/notices.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
 
-// The table is process-wide and a setting changes it for good: every test
-// here puts the built-in values back when it ends.
 class CodeTableTest : public testing::Test {
  protected:
-  void SetUp() override { std::memcpy(saved_, CKorvoSnd::Akod1, sizeof saved_); }
-  void TearDown() override { std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_); }
-
   // The number of the row found, 0 for none.
   static int Number(const kod* row) { return row ? row->nummer : 0; }
   static int Find(int metod, const wchar_t* text, int mod = 0, int* antal = nullptr,
@@ -35,28 +29,8 @@ class CodeTableTest : public testing::Test {
     return found;
   }
 
-  kod saved_[28];
+  korvo::test::CodeTableGuard table_;
 };
-
-TEST_F(CodeTableTest, BuiltInTableAndLoadWords) {
-  EXPECT_EQ(CKorvoSnd::Ikod1, 28);
-  EXPECT_EQ(CKorvoSnd::Ivikt, 9);
-  const kod& first = CKorvoSnd::Akod1[0];
-  EXPECT_STREQ(first.kod, L"10");
-  EXPECT_STREQ(first.symbol, L"");
-  const kod& peat = CKorvoSnd::Akod1[3];
-  EXPECT_EQ(peat.material, 1);
-  EXPECT_STREQ(peat.kod, L"31");
-  EXPECT_STREQ(peat.text, L"T\u00d8");
-  EXPECT_STREQ(peat.symbol, L"\u00de");
-  const kod& last = CKorvoSnd::Akod1[27];
-  EXPECT_STREQ(last.text, L"MY");
-  EXPECT_STREQ(last.symbol, L"\u00f0");
-  // B1 is a code of the rock-reaching methods only: Total and Fjell.
-  const int b1[10] = {0, 0, 0, 0, 0, 1, 1, 0, 0, 0};
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1[12].metoder, b1, sizeof b1), 0);
-  EXPECT_STREQ(CKorvoSnd::Vikter[8], L"SL");
-}
 
 TEST_F(CodeTableTest, WordsAreUpperCasedAndEitherFormOfACodeFindsItsRow) {
   int antal = 0;
@@ -156,24 +130,8 @@ TEST_F(CodeTableTest, LoadWordPlaces) {
 // A project with its settings: korvo.ini and Kodfil.dat in ParKat.
 class ReadKodTest : public CodeTableTest {
  protected:
-  void SetUp() override {
-    CodeTableTest::SetUp();
-    std::filesystem::create_directory(dir_.path() / "par");
-    proj_.SetPath(dir_.wpath().c_str());
-    ini_.ParKat = dir_.File("par");
-    ini_.ProgKat = dir_.wpath();
-    old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-  }
-  void TearDown() override {
-    korvo::SetStatusHandler(old_status_);
-    CodeTableTest::TearDown();
-  }
-
-  void Setting(const std::string& value) {
-    dir_.Write("par/korvo.ini", "[SYSTEM]\r\nLANG=SV\r\n[KORVO]\r\nMTRLKOD=" + value + "\r\n");
-  }
-  // Makes a document with the settings, which applies them to the table.
-  void Open() { CKorvoSnd snd(&proj_, nullptr, &ini_); }
+  void Setting(const char* value) { project_.Setting(value); }
+  void Open() { project_.Open(); }
 
   bool Valid(int metod, const wchar_t* code) {
     int n = 0;
@@ -189,35 +147,29 @@ class ReadKodTest : public CodeTableTest {
   }
 
   korvo::test::TempDir dir_;
-  CProjPath proj_;
-  CAutoIni ini_;
-  std::vector<std::wstring> status_;
-  korvo::StatusHandler old_status_;
+  korvo::test::CodeSettings project_{dir_};
+  korvo::test::Notices notices_;
+  std::vector<std::wstring>& status_ = notices_.status;
 };
 
-TEST_F(ReadKodTest, WithoutSettingsObjectOrWithStandardTheTableStays) {
-  CKorvoSnd plain(&proj_, nullptr, nullptr);
+TEST_F(ReadKodTest, WithoutSettingsStandardOrACodeSetWithoutKodfilTheTableStays) {
+  CKorvoSnd plain(&project_.proj(), nullptr, nullptr);
+  for (const char* value : {"STANDARD", "EGEN"}) {
+    Setting(value);
+    Open();
+  }
   EXPECT_FALSE(Valid(21, L"R1"));
-  Setting("STANDARD");
-  Open();
-  EXPECT_FALSE(Valid(21, L"R1"));
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1, saved_, sizeof saved_), 0);
+  EXPECT_TRUE(table_.Unchanged());
+  EXPECT_TRUE(status_.empty());
 }
 
 TEST_F(ReadKodTest, AllaAndAnEmptyOrMissingValueMakeEveryCodeValid) {
-  Setting("ALLA");
-  Open();
-  EXPECT_TRUE(EverythingValid());
-
-  std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
-  Setting("");
-  Open();
-  EXPECT_TRUE(EverythingValid());
-
-  std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_);
-  std::filesystem::remove(dir_.path() / "par" / "korvo.ini");
-  Open();
-  EXPECT_TRUE(EverythingValid());
+  for (const char* value : {"ALLA", "", static_cast<const char*>(nullptr)}) {
+    table_.Restore();
+    Setting(value);
+    Open();
+    EXPECT_TRUE(EverythingValid()) << (value ? value : "no korvo.ini");
+  }
 }
 
 TEST_F(ReadKodTest, AChangeStaysForTheRestOfTheProcess) {
@@ -260,19 +212,12 @@ TEST_F(ReadKodTest, ACodeSetIsReadFromKodfil) {
   EXPECT_TRUE(Valid(21, L"MO"));
   EXPECT_FALSE(Valid(21, L"B1"));
 
-  const std::wstring path = ini_.ParKat + korvo::kPathSeparator + L"Kodfil.dat";
+  const std::wstring path = project_.ini().ParKat + korvo::kPathSeparator + L"Kodfil.dat";
   ASSERT_EQ(status_.size(), 3u);
   EXPECT_EQ(status_[0], L"Fel kod A zz i " + path);
   // Words are compared as written: no upper-casing, and three digits at most.
   EXPECT_EQ(status_[1], L"Fel kod Q sa i " + path);
   EXPECT_EQ(status_[2], L"Fel kod K 340 i " + path);
-}
-
-TEST_F(ReadKodTest, ACodeSetWithoutKodfilLeavesTheTable) {
-  Setting("EGEN");
-  Open();
-  EXPECT_EQ(std::memcmp(CKorvoSnd::Akod1, saved_, sizeof saved_), 0);
-  EXPECT_TRUE(status_.empty());
 }
 
 }  // namespace

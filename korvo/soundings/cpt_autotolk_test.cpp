@@ -2,16 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "korvo/context/auto_ini.h"
-#include "korvo/context/proj_path.h"
 #include "korvo/foundation/field_text.h"
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/code_settings.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -24,22 +22,15 @@ using Levels = std::vector<std::pair<std::wstring, float>>;
 class AutoTolkTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::memcpy(saved_, CKorvoSnd::Akod1, sizeof saved_);
     snd_.z = 10.0;
     ASSERT_EQ(snd_.New(60), 1);
   }
-  void TearDown() override { std::memcpy(CKorvoSnd::Akod1, saved_, sizeof saved_); }
 
   // Opens a document of a project whose code setting is ALLA.
   void ProjectWithAllCodes() {
-    std::filesystem::create_directory(dir_.path() / "par");
-    dir_.Write("par/korvo.ini", "[KORVO]\r\nMTRLKOD=ALLA\r\n");
-    CProjPath proj;
-    proj.SetPath(dir_.wpath().c_str());
-    CAutoIni ini;
-    ini.ParKat = dir_.File("par");
-    ini.ProgKat = dir_.wpath();
-    CKorvoSnd project(&proj, nullptr, &ini);
+    korvo::test::CodeSettings project(dir_);
+    project.Setting("ALLA");
+    project.Open();
   }
   static void Row(CKorvoCpt& cpt, float djup, const wchar_t* anm) {
     cpttype row{};
@@ -78,7 +69,7 @@ class AutoTolkTest : public testing::Test {
   korvo::test::TempDir dir_;
   CKorvoSnd snd_;
   CKorvoCpt cpt_{1, 0, 0};
-  kod saved_[28];
+  korvo::test::CodeTableGuard table_;
 };
 
 TEST_F(AutoTolkTest, MixedRemarksUnderTheBuiltInTable) {

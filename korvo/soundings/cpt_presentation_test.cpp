@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "korvo/foundation/format.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -14,6 +15,15 @@ const std::string kDefaultLines =
     std::string("10.0000 2.0000 GUID ") + kGuid +
     "\r\n0.1000 0.0500\r\n0.8000 0.2000\r\n10.0000 2.0000\r\n"
     "1.0000 0.5000\r\n8.0000 1.0000\r\n1.0000 0.1000 0.0800 0.0000\r\n";
+
+// The seven lines of settings as read, in the file's order.
+std::wstring Lines(const CKorvoCptPresentation& p) {
+  return korvo::Format(
+      L"%d %d | %.6g %.6g | %.6g %.6g | %d %d | %d %.6g | %d %d | %.6g %.6g %.6g %.6g", p.rad1a,
+      p.rad1b, p.rad2a, p.rad2b, p.rad3a, p.rad3b, p.rad4a, p.rad4b, p.rad5a, p.rad5b, p.rad6a,
+      p.rad6b, p.rad7a, p.rad7b, p.rad7c, p.rad7d);
+}
+const wchar_t* kDefaults = L"10 2 | 0.1 0.05 | 0.8 0.2 | 10 2 | 1 0.5 | 8 1 | 1 0.1 0.08 0";
 
 class CptPresentationTest : public testing::Test {
  protected:
@@ -59,11 +69,8 @@ TEST_F(CptPresentationTest, ReadingAddsATenThousandthThatShowsAfterAWrite) {
   dir_.Write("P1.cpt", kDefaultLines + "*\r\n*\r\n");
   CKorvoCptPresentation p;
   ASSERT_EQ(p.Init(Snd()), 0);
-  EXPECT_DOUBLE_EQ(p.rad2a, 0.1001);
-  EXPECT_DOUBLE_EQ(p.rad3b, 0.2001);
-  EXPECT_DOUBLE_EQ(p.rad5b, 0.5);  // taken as it stands
-  EXPECT_DOUBLE_EQ(p.rad7b, 0.1);  // nor line 7
-  EXPECT_EQ(p.rad4a, 10);
+  // Lines 2 and 3 creep up; 5 and 7 are taken as they stand.
+  EXPECT_EQ(Lines(p), L"10 2 | 0.1001 0.0501 | 0.8001 0.2001 | 10 2 | 1 0.5 | 8 1 | 1 0.1 0.08 0");
   EXPECT_EQ(p.guid, L"11111111-2222-3333-4444-555555555555");
   ASSERT_EQ(p.Uppdat(Snd(), 0), 0);
 
@@ -82,16 +89,9 @@ TEST_F(CptPresentationTest, WholeNumbersAreCutAfterTheNudge) {
              "2 0.3 0.04 1\r\n*\r\n");
   CKorvoCptPresentation p;
   ASSERT_EQ(p.Init(Snd()), 0);
-  EXPECT_EQ(p.rad1a, 10);
-  EXPECT_EQ(p.rad1b, 2);
-  EXPECT_DOUBLE_EQ(p.rad2a, 0.0001);  // an empty line reads as zeros
-  EXPECT_EQ(p.rad4a, -3);
-  EXPECT_EQ(p.rad5a, 4);
-  EXPECT_DOUBLE_EQ(p.rad5b, 0.25);
-  EXPECT_EQ(p.rad6a, 8);
-  EXPECT_EQ(p.rad6b, 2147483647);  // held to the range of the field
-  EXPECT_DOUBLE_EQ(p.rad7a, 2.0);
-  EXPECT_DOUBLE_EQ(p.rad7d, 1.0);
+  // An empty line reads as zeros; a whole number is held to the range of its field.
+  EXPECT_EQ(Lines(p),
+            L"10 2 | 0.0001 0.0001 | 0.0001 0.0001 | -3 0 | 4 0.25 | 8 2147483647 | 2 0.3 0.04 1");
   EXPECT_TRUE(p.guid.empty());
 }
 
@@ -101,9 +101,7 @@ TEST_F(CptPresentationTest, MarkersOnlyKeepTheDefaults) {
   p.guid = L"old";
   ASSERT_EQ(p.Init(Snd()), 0);
   EXPECT_TRUE(p.guid.empty());
-  EXPECT_EQ(p.rad1a, 10);
-  EXPECT_DOUBLE_EQ(p.rad2a, 0.1);
-  EXPECT_DOUBLE_EQ(p.rad7c, 0.08);
+  EXPECT_EQ(Lines(p), kDefaults);
   EXPECT_EQ(p.Home(), -1);
 }
 
@@ -111,7 +109,7 @@ TEST_F(CptPresentationTest, MarkerFirstSendsEveryLineToTheRows) {
   dir_.Write("P1.cpt", "*\r\n1 2 3\r\n4 5\r\n6 7 8 9\r\n");
   CKorvoCptPresentation p;
   ASSERT_EQ(p.Init(Snd()), 0);
-  EXPECT_EQ(p.rad1a, 10);
+  EXPECT_EQ(Lines(p), kDefaults);
   int n = 0;
   p.Where(&n);
   ASSERT_EQ(n, 2);  // the line of two numbers makes no row

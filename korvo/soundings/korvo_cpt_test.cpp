@@ -8,27 +8,24 @@
 #include <vector>
 
 #include "korvo/foundation/field_text.h"
-#include "korvo/foundation/messages.h"
+#include "korvo/foundation/format.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/block_io.h"
+#include "korvo/testutil/notices.h"
+#include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
 constexpr const char* kGuid = "6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f";
-constexpr const char* kPointGuid = "3b1f6c2e-8a4d-4e9b-9c1a-2f5d7e8b9a01";
 
 // A row as the writer writes it: the left part padded to column 30, the
 // remark, and the tail at column 56 when there is one.
 std::string Row(const std::string& left, const std::string& remark = "",
                 const std::string& tail = "") {
-  std::string line = left;
-  if (line.size() < 30) line.append(30 - line.size(), ' ');
-  line += remark;
-  if (!tail.empty()) {
-    if (line.size() < 56) line.append(56 - line.size(), ' ');
-    line += tail;
-  }
-  return line + "\r\n";
+  const std::string line = korvo::test::Padded(left, remark, 30);
+  if (tail.empty()) return line;
+  return korvo::test::Padded(line.substr(0, line.size() - 2), tail, 56);
 }
 
 std::string Keyword(const std::string& key, const std::string& value) {
@@ -43,42 +40,34 @@ std::string CptHead(const std::string& date = "09.03.2014") {
 
 // A whole .SND file around `blocks`.
 std::string Point(const std::string& blocks) {
-  return std::string("6512345.678000\r\n148765.432000\r\n23.450000\r\n9999999.900000\r\n") +
-         "0.000000\r\n0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\nGUID " + kPointGuid +
-         "\r\n" + blocks + "*\r\n";
+  return korvo::test::PointHead() + blocks + "*\r\n";
 }
 
-class CptTest : public testing::Test {
+using korvo::test::Texts;
+
+// Each row as "depth values | tal4 extra values [remark] {symbol}".
+Texts Rows(CKorvoCpt& cpt) {
+  return korvo::test::EachRow(cpt, [](const cpttype& r) {
+    return korvo::Format(L"%.3f %d %d %d | %d %g %g %g [%s] {%s}", r.djup, r.matv1, r.matv2,
+                         r.matv3, r.tal4, r.varde1, r.varde2, r.varde3, r.anm, r.symbol);
+  });
+}
+
+Texts Keywords(CKorvoCptHeader& header) {
+  return korvo::test::EachRow(
+      header, [](const cptheadertype& k) { return korvo::Format(L"%s=%s", k.nyckel, k.varde); });
+}
+
+class CptTest : public testing::Test, protected korvo::test::BlockIo {
  protected:
   // Reads `bytes` as the point P1 and writes it to OUT.SND; returns the bytes
   // written.
   std::string RoundTrip(const std::string& bytes, CKorvoSnd& point) {
-    dir_.Write("P1.SND", bytes);
-    EXPECT_EQ(point.Init(L"P1", dir_.File("P1.SND").c_str()), 0);
-    EXPECT_EQ(point.Uppdat(L"OUT", dir_.File("OUT.SND").c_str()), 0);
-    return dir_.Read("OUT.SND");
+    dir().Write("P1.SND", bytes);
+    EXPECT_EQ(point.Init(L"P1", dir().File("P1.SND").c_str()), 0);
+    EXPECT_EQ(point.Uppdat(L"OUT", dir().File("OUT.SND").c_str()), 0);
+    return dir().Read("OUT.SND");
   }
-  // The bytes of one CPT block as written through a stream.
-  std::string Write(CKorvoCpt& cpt) {
-    CStdioFileMem out;
-    EXPECT_TRUE(out.Open(dir_.File("BLOCK.SND").c_str(), 0x1001));
-    EXPECT_EQ(cpt.Uppdat(&out), 0);
-    out.Close();
-    return dir_.Read("BLOCK.SND");
-  }
-  // Reads one CPT block from `bytes`, which start with its code line.
-  int Read(const std::string& bytes, CKorvoCpt& cpt) {
-    dir_.Write("IN.SND", bytes);
-    CStdioFileMem in;
-    EXPECT_TRUE(in.Open(dir_.File("IN.SND").c_str(), 0));
-    std::wstring code_line;
-    in.ReadString(code_line);
-    const int result = cpt.Init(&in, L"09.03.2014");
-    in.Close();
-    return result;
-  }
-
-  korvo::test::TempDir dir_;
 };
 
 TEST_F(CptTest, PointWithRemarksTailsAndKeywordsComesBackByteIdentical) {
@@ -102,30 +91,14 @@ TEST_F(CptTest, PointWithRemarksTailsAndKeywordsComesBackByteIdentical) {
   EXPECT_EQ(cpt.metodtal, 3);
   EXPECT_STREQ(cpt.kodsystem, L"SGF");
   EXPECT_EQ(cpt.guid, L"6f1c2a9e-3b7d-4c55-8e2f-0a9b8c7d6e5f");
-  int rows = 0;
-  cpt.Where(&rows);
-  ASSERT_EQ(rows, 5);
-  cpt.Home();
-  EXPECT_EQ(cpt.pael->matv1, 812);
-  EXPECT_EQ(cpt.pael->matv3, -3);
-  EXPECT_STREQ(cpt.pael->anm, L"Fyllning");  // the blanks up to the tail are not hers
-  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 12.5);
-  EXPECT_STREQ(cpt.pael->symbol, L"");
-  cpt++;
-  EXPECT_FLOAT_EQ(cpt.pael->djup, 0.02f);
-  EXPECT_EQ(cpt.pael->matv2, 56);
-  EXPECT_STREQ(cpt.pael->anm, L"le, gr\u00e5 SA");
-  EXPECT_STREQ(cpt.pael->symbol, L"\u00b3");
-  cpt++;
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 5);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 12.3);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde2, 0.045);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde3, 3.0);
-  cpt++;
-  EXPECT_STREQ(cpt.pael->anm, L"F\u00f6rborrat \u00c5\u00c4\u00d6 \u00e6\u00f8");
-  EXPECT_DOUBLE_EQ(cpt.pael->varde2, -1.0);
-
+  // The blanks up to the tail are not the remark's.
+  EXPECT_EQ(
+      Rows(cpt),
+      (Texts{L"0.000 812 14 -3 | 0 0 0 12.5 [Fyllning] {}",
+             L"0.020 1234 56 7 | 0 0 0 0 [le, gr\u00e5 SA] {\u00b3}",
+             L"0.040 15000 240 599 | 0 0 0 0 [] {}",
+             L"0.060 123456 123456 123456 | 5 12.3 0.045 3 [] {}",
+             L"1.000 900 20 0 | 0 0 -1 0 [F\u00f6rborrat \u00c5\u00c4\u00d6 \u00e6\u00f8] {}"}));
   int keys = 0;
   cpt.header.Where(&keys);
   EXPECT_EQ(keys, 4);
@@ -143,24 +116,11 @@ TEST_F(CptTest, RowsReadByColumnWhereTheWriterNeverPutsThem) {
                            Row("  1.060    100     10      1  ", "", "8 2.5") + "\r\n" + "*\r\n";
   CKorvoCpt cpt(1, 0, 0);
   ASSERT_EQ(Read(std::string("7 09.03.2014\r\n") + "0.000000 0 0 0 0 0 \r\n" + rows, cpt), 0);
-  int n = 0;
-  cpt.Where(&n);
-  ASSERT_EQ(n, 5);  // the empty line is a row of zeros
-  cpt.Home();
-  EXPECT_STREQ(cpt.pael->anm, L"");
-  EXPECT_STREQ(cpt.pael->symbol, L"");
-  cpt++;
-  EXPECT_STREQ(cpt.pael->anm, L"SA");
-  EXPECT_STREQ(cpt.pael->symbol, L":");
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 7);  // a tail of one number
-  EXPECT_EQ(cpt.pael->varde1, 0.0);
-  cpt++;
-  EXPECT_EQ(cpt.pael->tal4, 8);
-  EXPECT_DOUBLE_EQ(cpt.pael->varde1, 2.5);
-  EXPECT_EQ(cpt.pael->varde2, 0.0);
-  cpt++;
-  EXPECT_EQ(cpt.pael->djup, 0.0f);
+  // A tail of one number, and the empty line a row of zeros.
+  EXPECT_EQ(Rows(cpt),
+            (Texts{L"1.000 100 10 1 | 0 0 0 0 [] {}", L"1.020 100 10 1 | 0 0 0 0 [SA] {:}",
+                   L"1.040 100 10 1 | 7 0 0 0 [] {}", L"1.060 100 10 1 | 8 2.5 0 0 [] {}",
+                   L"0.000 0 0 0 | 0 0 0 0 [] {}"}));
   EXPECT_STREQ(cpt.kodsystem, L"KRV");
 }
 
@@ -190,31 +150,25 @@ TEST_F(CptTest, TailStandsAtColumn56AndOnlyForExtraValues) {
 
   // A negative varde1 alone had no tail, so it is gone after reading back.
   CKorvoCpt back(1, 0, 0);
-  ASSERT_EQ(Read(dir_.Read("BLOCK.SND").substr(3), back), 0);
-  back.Home();
-  EXPECT_EQ(back.pael->tal4, 5);
-  EXPECT_STREQ(back.pael->anm, L"Sand med grus, fuktig 123");
-  back++;
-  EXPECT_EQ(back.pael->varde1, 0.0);
-  back++;
-  EXPECT_DOUBLE_EQ(back.pael->varde1, -4.0);
+  ASSERT_EQ(Read(dir().Read("out.txt").substr(3), back), 0);
+  EXPECT_EQ(Rows(back),
+            (Texts{L"2.500 1000 0 0 | 5 0 0 0 [Sand med grus, fuktig 123] {}",
+                   L"2.500 1000 0 0 | 0 0 0 0 [] {}", L"2.500 1000 0 0 | 0 -4 -1 0 [] {}",
+                   L"2.500 1000 0 0 | 0 0 0 0.5 [x] {}"}));
 }
 
 TEST_F(CptTest, CptWithoutRowsWritesHeadAndKeywordBlock) {
   CKorvoSnd point;
   ASSERT_EQ(point.New(7), 1);
   ASSERT_NE(point.m_cpt, nullptr);
-  korvo::test::TempDir dir;
-  const std::wstring path = dir.File("P2.SND");
+  const std::wstring path = dir().File("P2.SND");
   point.Uppdat(L"P2", path.c_str());
-  const std::string bytes = dir.Read("P2.SND");
-  const std::string guid = point.m_cpt->guid.size() == 36
-                               ? std::string(point.m_cpt->guid.begin(), point.m_cpt->guid.end())
-                               : "";
-  ASSERT_FALSE(guid.empty());
-  EXPECT_NE(bytes.find("*\r\n7 \r\n0.000000 0 0 0 1 0  GUID " + guid + "\r\n*\r\n107 \r\n*\r\n"),
+  ASSERT_EQ(point.m_cpt->guid.size(), 36u);
+  const std::string guid(point.m_cpt->guid.begin(), point.m_cpt->guid.end());
+  EXPECT_NE(dir().Read("P2.SND").find("*\r\n7 \r\n0.000000 0 0 0 1 0  GUID " + guid +
+                                      "\r\n*\r\n107 \r\n*\r\n"),
             std::string::npos);
-  EXPECT_FALSE(dir.Exists("P2.cpt"));  // an unchanged presentation makes no file
+  EXPECT_FALSE(dir().Exists("P2.cpt"));  // an unchanged presentation makes no file
 
   CKorvoSnd back;
   ASSERT_EQ(back.Init(L"P2", path.c_str()), 0);
@@ -232,23 +186,15 @@ TEST_F(CptTest, KeywordOverItsWidthPushesTheValueAndReadsBackByColumn) {
 
   // A file with the longer keyword: the value is taken from column 26 all the same.
   CStdioFileMem in;
-  dir_.Write("H.SND", "ABCDEFGHIJKLMNOPQRSTUVWXYZ12 value   \r\nshort\r\n*\r\nrest\r\n");
-  ASSERT_TRUE(in.Open(dir_.File("H.SND").c_str(), 0));
+  dir().Write("H.SND", "ABCDEFGHIJKLMNOPQRSTUVWXYZ12 value   \r\nshort\r\n*\r\nrest\r\n");
+  ASSERT_TRUE(in.Open(dir().File("H.SND").c_str(), 0));
   CKorvoCptHeader header;
   EXPECT_EQ(header.Init(&in), 0);
   std::wstring next;
   ASSERT_TRUE(in.ReadString(next));
   EXPECT_EQ(next, L"rest");  // the marker was consumed, nothing behind it
   in.Close();
-  int n = 0;
-  header.Where(&n);
-  ASSERT_EQ(n, 2);
-  header.Home();
-  EXPECT_STREQ(header.pael->nyckel, L"ABCDEFGHIJKLMNOPQRSTUVWXY");
-  EXPECT_STREQ(header.pael->varde, L"12 value");
-  header++;
-  EXPECT_STREQ(header.pael->nyckel, L"short");
-  EXPECT_STREQ(header.pael->varde, L"");
+  EXPECT_EQ(Keywords(header), (Texts{L"ABCDEFGHIJKLMNOPQRSTUVWXY=12 value", L"short="}));
 }
 
 TEST_F(CptTest, FindIgnoresCaseFromEitherEnd) {
@@ -291,17 +237,8 @@ TEST_F(CptTest, KnownKeywordsHaveDefaultsAndThresholds) {
   header.SpetsAreaFaktor(1.2);
   header.MantelAreaFaktor(0.0125);
   header.SondNummer(-17);
-  int n = 0;
-  header.Where(&n);
-  ASSERT_EQ(n, 3);
-  header.Home();
-  EXPECT_STREQ(header.pael->nyckel, L"MA");
-  EXPECT_STREQ(header.pael->varde, L"1.200");
-  header++;
-  EXPECT_STREQ(header.pael->varde, L"0.013");  // "%.3lf", rounded to even
-  header++;
-  EXPECT_STREQ(header.pael->nyckel, L"HN");
-  EXPECT_STREQ(header.pael->varde, L"-17");
+  // 0.0125 written as "%.3lf" is rounded to even.
+  EXPECT_EQ(Keywords(header), (Texts{L"MA=1.200", L"MB=0.013", L"HN=-17"}));
 
   // A value near the default leaves the old one in place.
   header.SpetsAreaFaktor(1.0005);
@@ -315,36 +252,36 @@ TEST_F(CptTest, KnownKeywordsHaveDefaultsAndThresholds) {
 TEST_F(CptTest, PresentationFileWrittenWithTheBlockOnlyWhenChanged) {
   CKorvoCpt cpt(1, 0, 0);
   Write(cpt);
-  EXPECT_FALSE(dir_.Exists("BLOCK.cpt"));
+  EXPECT_FALSE(dir().Exists("out.cpt"));
 
   // Changed, but still at the defaults: no new file.
   cpt.presentation.andrad = 1;
   cpt.presentation.rad7b = 0.105;
   Write(cpt);
-  EXPECT_FALSE(dir_.Exists("BLOCK.cpt"));
+  EXPECT_FALSE(dir().Exists("out.cpt"));
 
   cpt.presentation.rad7d = 0.5;
   Write(cpt);
-  ASSERT_TRUE(dir_.Exists("BLOCK.cpt"));
-  EXPECT_NE(dir_.Read("BLOCK.cpt").find("1.0000 0.1050 0.0800 0.5000\r\n"), std::string::npos);
+  ASSERT_TRUE(dir().Exists("out.cpt"));
+  EXPECT_NE(dir().Read("out.cpt").find("1.0000 0.1050 0.0800 0.5000\r\n"), std::string::npos);
 
   // An existing file is rewritten even at the defaults.
   cpt.presentation.rad7d = 0.0;
   cpt.presentation.rad2a = 0.3;
   Write(cpt);
-  EXPECT_NE(dir_.Read("BLOCK.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
+  EXPECT_NE(dir().Read("out.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
 
   // Not marked as changed: the file stays as it is.
   cpt.presentation.andrad = 0;
   cpt.presentation.rad2a = 0.7;
   Write(cpt);
-  EXPECT_NE(dir_.Read("BLOCK.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
+  EXPECT_NE(dir().Read("out.cpt").find("\r\n0.3000 0.0500\r\n"), std::string::npos);
 }
 
 TEST_F(CptTest, BlockReadsThePresentationBesideItsFile) {
-  dir_.Write("P1.cpt",
-             "12.0000 3.0000 GUID 11111111-2222-3333-4444-555555555555\r\n*\r\n"
-             "1.00 2.0 3.000\r\n*\r\n");
+  dir().Write("P1.cpt",
+              "12.0000 3.0000 GUID 11111111-2222-3333-4444-555555555555\r\n*\r\n"
+              "1.00 2.0 3.000\r\n*\r\n");
   CKorvoSnd point;
   const std::string bytes = Point(CptHead() + "*\r\n107 \r\n");
   EXPECT_EQ(RoundTrip(bytes, point), bytes);
@@ -353,22 +290,19 @@ TEST_F(CptTest, BlockReadsThePresentationBesideItsFile) {
   EXPECT_EQ(point.m_cpt->presentation.guid, L"11111111-2222-3333-4444-555555555555");
   ASSERT_EQ(point.m_cpt->presentation.Home(), 0);
   EXPECT_EQ(point.m_cpt->presentation.pael->varde2, 2.0);
-  EXPECT_FALSE(dir_.Exists("OUT.cpt"));  // not changed, so not written with the point
+  EXPECT_FALSE(dir().Exists("OUT.cpt"));  // not changed, so not written with the point
 }
 
 TEST_F(CptTest, DocumentFindsMyCodeAndReportsHeaderWithoutCpt) {
-  std::vector<std::wstring> status;
-  const auto previous =
-      korvo::SetStatusHandler([&](const std::wstring& text) { status.push_back(text); });
+  korvo::test::Notices notices;
   CKorvoSnd point;
   const std::string bytes =
       Point("*\r\n107 \r\n" + CptHead() + Row("  1.000 1 1 1", "") + Row("  2.000 1 1 1", "MY") +
             "*\r\n107 \r\n" + Keyword("HN", "12"));
-  dir_.Write("P1.SND", bytes);
-  EXPECT_EQ(point.Init(L"P1", dir_.File("P1.SND").c_str()), 0);
-  korvo::SetStatusHandler(previous);
-  ASSERT_EQ(status.size(), 1u);
-  EXPECT_EQ(status[0], L"Kan inte skapa klassinformation f\u00f6r CPTHeader (Id=P1)");
+  dir().Write("P1.SND", bytes);
+  EXPECT_EQ(point.Init(L"P1", dir().File("P1.SND").c_str()), 0);
+  ASSERT_EQ(notices.status.size(), 1u);
+  EXPECT_EQ(notices.status[0], L"Kan inte skapa klassinformation f\u00f6r CPTHeader (Id=P1)");
   ASSERT_NE(point.m_cpt, nullptr);
   EXPECT_EQ(point.m_cpt->header.SondNummer(), 12);
   ASSERT_EQ(point.m_cpt->MyKod(), 0);

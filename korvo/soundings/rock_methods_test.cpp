@@ -4,10 +4,12 @@
 
 #include <string>
 
-#include "korvo/context/proj_path.h"
+#include "korvo/foundation/format.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/block_io.h"
+#include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
@@ -17,54 +19,22 @@ std::string MethodLine(const std::string& numbers) {
   return numbers + " GUID " + kGuid + "\r\n";
 }
 
-// A row as the writer writes it: the left part, blanks up to the remark
-// column, the remark.
 std::string Line(const std::string& left, const std::string& remark = "", size_t column = 29) {
-  std::string line = left;
-  if (line.size() < column) line.append(column - line.size(), ' ');
-  return line + remark + "\r\n";
+  return korvo::test::Padded(left, remark, column);
 }
 
-// The part of a written block behind its method line.
-std::string Rows(const std::string& written) {
-  return written.substr(written.find("\r\n", written.find(" GUID ")) + 2);
-}
+using korvo::test::RowsOf;
+using korvo::test::Texts;
 
-class RockMethodsTest : public testing::Test {
+class RockMethodsTest : public testing::Test, protected korvo::test::BlockIo {
  protected:
-  // Reads a block from `bytes`, which start with its code line.
-  template <class Block>
-  int Read(const std::string& bytes, Block& block) {
-    dir_.Write("in.txt", bytes);
-    CStdioFileMem in;
-    EXPECT_TRUE(in.Open(dir_.File("in.txt").c_str(), 0));
-    std::wstring code_line;
-    in.ReadString(code_line);
-    const int result = block.Init(&in, L"09.03.2014");
-    in.Close();
-    return result;
+  // Each row as "depth tal1 tal2 tal3 word [remark] {symbol}".
+  static Texts Rows(CKorvoTotal& block) {
+    return korvo::test::EachRow(block, [](const totaltype& r) {
+      return korvo::Format(L"%.3f %d %d %d %s [%s] {%s}", r.djup, r.tal1, r.tal2, r.tal3, r.typ,
+                           r.anm, r.symbol);
+    });
   }
-  template <class Block>
-  std::string Write(Block& block) {
-    CStdioFileMem out;
-    EXPECT_TRUE(out.Open(dir_.File("out.txt").c_str(), 0x1001));
-    EXPECT_EQ(block.Uppdat(&out), 0);
-    out.Close();
-    return dir_.Read("out.txt");
-  }
-  // Reads a whole block, marker and code line of date 09.03.2014 first.
-  template <class Block>
-  std::string RoundTrip(const std::string& block_bytes, Block& block) {
-    EXPECT_EQ(Read(block_bytes.substr(3), block), 0);
-    return Write(block);
-  }
-  static int Count(list0<totaltype>& block) {
-    int rows = 0;
-    block.Where(&rows);
-    return rows;
-  }
-
-  korvo::test::TempDir dir_;
 };
 
 TEST_F(RockMethodsTest, FjellCarriesItsFourthColumn) {
@@ -78,12 +48,14 @@ TEST_F(RockMethodsTest, FjellCarriesItsFourthColumn) {
   EXPECT_EQ(block.stopp, 94);
   EXPECT_EQ(block.metodtal, 3);
   EXPECT_STREQ(block.stopptext, L"Berg");
-  block.Home();
-  EXPECT_FLOAT_EQ(block.pael->djup, 0.4f);
-  EXPECT_EQ(block.pael->varv, 12);
-  block++;
-  EXPECT_STREQ(block.pael->anm, L"B1 hammare");
-  EXPECT_STREQ(block.pael->symbol, L"B1");  // a rock code, valid for this method
+  // B1 is a rock code, valid for this method.
+  EXPECT_EQ(
+      korvo::test::EachRow(block,
+                           [](const fjelltype& r) {
+                             return korvo::Format(L"%.3f %d [%s] {%s}", r.djup, r.varv, r.anm,
+                                                  r.symbol);
+                           }),
+      (Texts{L"0.400 12 [Fyllning] {}", L"3.250 130 [B1 hammare] {B1}", L"3.900 1234 [] {}"}));
 
   // A new one writes 0 there, and a line of three numbers reads as 0.
   CKorvoFjell fresh(1, 0, 0);
@@ -96,52 +68,37 @@ TEST_F(RockMethodsTest, FjellCarriesItsFourthColumn) {
   EXPECT_EQ(short_line.digit, 2);
 }
 
-// Generations 0 and 1: two numbers and the word at column 20.
-TEST_F(RockMethodsTest, TotalRowsWithTheWordComeBackByteIdentical) {
-  for (const char* generation : {"0", "1"}) {
-    const std::string bytes = "*\r\n25 09.03.2014\r\n" +
-                              MethodLine(std::string("0.000000 93 0 ") + generation + " 1 0 Sten") +
-                              Line("  0.500    12     3 SL", "le") +
-                              Line("  1.250   140   -25 TR", "sa F") +
-                              Line(" 10.000 12345 99999 TR");
-    CKorvoTotal block(1, 0, 0);
-    EXPECT_EQ(RoundTrip(bytes, block), bytes) << generation;
-    EXPECT_EQ(block.format, generation[0] - '0');
-    ASSERT_EQ(Count(block), 3);
-    block.Home();
-    EXPECT_STREQ(block.pael->typ, L"SL");
-    EXPECT_EQ(block.pael->tal1, 12);
-    EXPECT_EQ(block.pael->tal2, 3);
-    EXPECT_EQ(block.pael->tal3, 0);
-    EXPECT_STREQ(block.pael->symbol, L"\u00b3");
-    block++;
-    EXPECT_EQ(block.pael->tal2, -25);
-    EXPECT_STREQ(block.pael->anm, L"sa F");
-    EXPECT_STREQ(block.pael->symbol, L":");  // row order: SA stands before the rock code
-  }
-}
-
-// Generations 2 to 5: three numbers, the remark at column 29 all the same.
-TEST_F(RockMethodsTest, TotalRowsWithThreeNumbersComeBackByteIdentical) {
-  for (const char* generation : {"2", "3", "4", "5"}) {
-    const std::string bytes = "*\r\n25 09.03.2014\r\n" +
-                              MethodLine(std::string("0.000000 94 1 ") + generation + " 1 2 ") +
-                              Line("  0.500    12     3    40", "GR") +
-                              Line("  2.000     0    -7     0") +
-                              Line(" 12.125 99999 12345 123456", "Berg F");
-    CKorvoTotal block(1, 0, 0);
-    EXPECT_EQ(RoundTrip(bytes, block), bytes) << generation;
-    EXPECT_EQ(block.format, generation[0] - '0');
-    block.Home();
-    EXPECT_EQ(block.pael->tal1, 12);
-    EXPECT_EQ(block.pael->tal2, 3);
-    EXPECT_EQ(block.pael->tal3, 40);
-    EXPECT_STREQ(block.pael->typ, L"");
-    EXPECT_STREQ(block.pael->symbol, L"o");
-    block.End();
-    // Six digits fit in front of the remark column.
-    EXPECT_EQ(block.pael->tal3, 123456);
-    EXPECT_STREQ(block.pael->anm, L"Berg F");
+// Generations 0 and 1 have two numbers and the word at column 20; 2 to 5
+// three numbers, the remark at column 29 all the same.
+TEST_F(RockMethodsTest, TotalRowsOfEachGenerationComeBackByteIdentical) {
+  const struct {
+    const char* generations;
+    std::string rows;
+    Texts read;
+  } cases[] = {
+      {"01",
+       Line("  0.500    12     3 SL", "le") + Line("  1.250   140   -25 TR", "sa F") +
+           Line(" 10.000 12345 99999 TR"),
+       // Row order: SA stands before the rock code.
+       {L"0.500 12 3 0 SL [le] {\u00b3}", L"1.250 140 -25 0 TR [sa F] {:}",
+        L"10.000 12345 99999 0 TR [] {}"}},
+      {"2345",
+       Line("  0.500    12     3    40", "GR") + Line("  2.000     0    -7     0") +
+           Line(" 12.125 99999 12345 123456", "Berg F"),
+       // Six digits fit in front of the remark column.
+       {L"0.500 12 3 40  [GR] {o}", L"2.000 0 -7 0  [] {}",
+        L"12.125 99999 12345 123456  [Berg F] {.}"}},
+  };
+  for (const auto& c : cases) {
+    for (const char* g = c.generations; *g; ++g) {
+      const std::string bytes = "*\r\n25 09.03.2014\r\n" +
+                                MethodLine(std::string("0.000000 93 0 ") + *g + " 1 0 Sten") +
+                                c.rows;
+      CKorvoTotal block(1, 0, 0);
+      EXPECT_EQ(RoundTrip(bytes, block), bytes) << *g;
+      EXPECT_EQ(block.format, *g - '0');
+      EXPECT_EQ(Rows(block), c.read) << *g;
+    }
   }
 }
 
@@ -155,24 +112,17 @@ TEST_F(RockMethodsTest, TotalLinesTheWriterNeverWrites) {
            block),
       0);
   EXPECT_EQ(block.format, 0);
-  ASSERT_EQ(Count(block), 4);
-  block.Home();
-  EXPECT_STREQ(block.pael->typ, L"TR");
-  EXPECT_STREQ(block.pael->anm, L"abcdefghijklmnopqrstuvwxy");
-  block++;
-  EXPECT_STREQ(block.pael->typ, L"TR");  // a word cut short
-  block++;
-  EXPECT_EQ(block.pael->tal3, 0);  // no third number in this generation
-  EXPECT_STREQ(block.pael->typ, L"TR");
-  block++;
-  EXPECT_EQ(block.pael->djup, 0.0f);
-  EXPECT_STREQ(block.pael->typ, L"TR");  // an empty line is a row all the same
+  // A word cut short is the ordinary one too, there is no third number in
+  // this generation, and an empty line is a row all the same.
+  EXPECT_EQ(Rows(block),
+            (Texts{L"1.000 12 3 0 TR [abcdefghijklmnopqrstuvwxy] {}", L"2.000 15 4 0 TR [] {}",
+                   L"3.000 1 2 0 TR [] {}", L"0.000 0 0 0 TR [] {}"}));
 
   const std::string written = Write(block);
   EXPECT_NE(written.find("\r\n0.000000 93 0 0 0 0  GUID "), std::string::npos);
-  EXPECT_EQ(Rows(written), Line("  1.000    12     3 TR", "abcdefghijklmnopqrstuvwxy") +
-                               Line("  2.000    15     4 TR") + Line("  3.000     1     2 TR") +
-                               Line("  0.000     0     0 TR"));
+  EXPECT_EQ(RowsOf(written), Line("  1.000    12     3 TR", "abcdefghijklmnopqrstuvwxy") +
+                                 Line("  2.000    15     4 TR") + Line("  3.000     1     2 TR") +
+                                 Line("  0.000     0     0 TR"));
 }
 
 TEST_F(RockMethodsTest, NewTotalIsOfTheLatestGeneration) {
@@ -184,69 +134,32 @@ TEST_F(RockMethodsTest, NewTotalIsOfTheLatestGeneration) {
   const std::string head = "*\r\n25 \r\n0.000000 0 0 5 1 0  GUID ";
   EXPECT_EQ(written.substr(0, head.size()), head);
   // The word of a row is not written in this generation.
-  EXPECT_EQ(Rows(written), Line("  1.500     7     2    30", "TR"));
+  EXPECT_EQ(RowsOf(written), Line("  1.500     7     2    30", "TR"));
 }
 
 TEST_F(RockMethodsTest, ConversionOfEachGeneration) {
+  const std::string old_rows = "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n";
+  const std::string new_rows = "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n";
+  const Texts from_old = {L"1.000 0 3 120  [] {}", L"2.000 12 3 0  [] {}"};
+  const Texts tenfold = {L"1.000 12 3 150  [] {}", L"2.000 -4 3 -20  [] {}"};
+  const Texts kept = {L"1.000 12 3 15  [] {}", L"2.000 -4 3 -2  [] {}"};
   const struct {
-    int from;
-    int to;
-    const char* rows;
-    int tal1[2];
-    int tal3[2];
-    const char* first_written;
-  } cases[] = {
-      {0,
-       4,
-       "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n",
-       {0, 12},
-       {120, 0},
-       "  1.000     0     3   120"},
-      {1,
-       5,
-       "  1.000    12     3 SL\r\n  2.000    12     3 TR\r\n",
-       {0, 12},
-       {120, 0},
-       "  1.000     0     3   120"},
-      {2,
-       4,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {150, -20},
-       "  1.000    12     3   150"},
-      {3,
-       5,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {150, -20},
-       "  1.000    12     3   150"},
-      {4,
-       4,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {15, -2},
-       "  1.000    12     3    15"},
-      {5,
-       5,
-       "  1.000    12     3    15\r\n  2.000    -4     3    -2\r\n",
-       {12, -4},
-       {15, -2},
-       "  1.000    12     3    15"},
-  };
+    int from, to;
+    const std::string& rows;
+    const Texts& converted;
+  } cases[] = {{0, 4, old_rows, from_old}, {1, 5, old_rows, from_old}, {2, 4, new_rows, tenfold},
+               {3, 5, new_rows, tenfold},  {4, 4, new_rows, kept},     {5, 5, new_rows, kept}};
   for (const auto& c : cases) {
     CKorvoTotal block(1, 0, 0);
     Read("25\r\n0 93 0 " + std::to_string(c.from) + " 1\r\n" + c.rows, block);
     block.ConvertToFormat4();
     EXPECT_EQ(block.format, c.to) << c.from;
-    block.Home();
-    for (int i = 0; i < 2; ++i, block++) {
-      EXPECT_EQ(block.pael->tal1, c.tal1[i]) << c.from << " row " << i;
-      EXPECT_EQ(block.pael->tal3, c.tal3[i]) << c.from << " row " << i;
-      EXPECT_EQ(block.pael->tal2, 3) << c.from << " row " << i;
-      EXPECT_STREQ(block.pael->typ, L"") << c.from << " row " << i;
-    }
+    EXPECT_EQ(Rows(block), c.converted) << c.from;
     // Converted rows are written with three numbers.
-    EXPECT_EQ(Rows(Write(block)).substr(0, 25), c.first_written) << c.from;
+    EXPECT_EQ(RowsOf(Write(block)).substr(0, 25), c.from < 2   ? "  1.000     0     3   120"
+                                                  : c.from < 4 ? "  1.000    12     3   150"
+                                                               : "  1.000    12     3    15")
+        << c.from;
   }
 }
 
@@ -311,28 +224,24 @@ TEST_F(RockMethodsTest, MyKodLooksWithTheBlocksOwnMethod) {
 }
 
 // The two blocks inside a point's .SND file, in their place in the file order.
-TEST_F(RockMethodsTest, DocumentMakesReadsAndWritesBothInFileOrder) {
-  std::filesystem::create_directory(dir_.path() / "Dbf");
-  CProjPath proj;
-  proj.SetPath(dir_.wpath().c_str());
-  const std::string head =
-      "0.000000\r\n0.000000\r\n5.000000\r\n9999999.900000\r\n0.000000\r\n"
-      "0.000000 0 90.000000\r\n*\r\n97\r\n40 0\r\n*\r\n99\r\n"
-      "GUID 0f8fad5b-d9cb-469f-a165-70867728950e\r\n";
+class RockBlocksInDocumentTest : public korvo::test::PointProjectTest {};
+
+TEST_F(RockBlocksInDocumentTest, DocumentMakesReadsAndWritesBothInFileOrder) {
+  const std::string head = korvo::test::PointHead();
   const std::string fjell = "*\r\n26 01.02.2020\r\n" + MethodLine("0.000000 94 0 7 1 0 ") +
                             Line("  3.000   10  ", "F", 22);
   const std::string total = "*\r\n25 02.02.2020\r\n" + MethodLine("0.000000 93 0 1 1 0 ") +
                             Line("  1.000    12     3 SL");
   const std::string ram =
       "*\r\n24 03.02.2020\r\n" + MethodLine("0.000000 0 0 0 1 0 ") + Line("  0.200 12 3", "", 22);
-  dir_.Write("Dbf/R1.SND", head + fjell + total + ram + "*\r\n");
-  CKorvoSnd snd(&proj, nullptr);
+  WriteField("R1.SND", head + fjell + total + ram + "*\r\n");
+  CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"R1", nullptr), 0);
   ASSERT_TRUE(snd.m_fjell && snd.m_total && snd.m_ram);
   EXPECT_EQ(snd.m_fjell->format, 7);
   EXPECT_EQ(snd.m_total->format, 1);
   snd.Uppdat(nullptr, nullptr);
-  EXPECT_EQ(dir_.Read("Dbf/R1.SND"), head + ram + total + fjell + "*\r\n");
+  EXPECT_EQ(ReadField("R1.SND"), head + ram + total + fjell + "*\r\n");
 
   // New replaces a block with an empty one of the latest generation.
   EXPECT_EQ(snd.New(25), 1);

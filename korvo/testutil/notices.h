@@ -1,4 +1,5 @@
-// The notices and questions the library shows while a test runs.
+// Catches every status line and notice the library gives while a test runs,
+// and puts the handlers back at the end. A question is answered with No.
 #ifndef KORVO_TESTUTIL_NOTICES_H_
 #define KORVO_TESTUTIL_NOTICES_H_
 
@@ -9,26 +10,30 @@
 
 namespace korvo::test {
 
-// Collects every notice shown while it lives and answers each with `answer`.
 class Notices {
  public:
-  explicit Notices(int answer = IDOK) {
-    old_ = SetMessageHandler(
-        [this, answer](const std::wstring& title, const std::wstring& text, int, int) {
-          titles.push_back(title);
-          texts.push_back(text);
-          return answer;
-        });
+  Notices()
+      : old_status_(SetStatusHandler([this](const std::wstring& t) { status.push_back(t); })),
+        old_message_(SetMessageHandler(
+            [this](const std::wstring& title, const std::wstring& t, int, int buttons) {
+              titles.push_back(title);
+              messages.push_back(t);
+              return buttons == MB_YESNO ? IDNO : IDOK;
+            })) {}
+  ~Notices() {
+    SetStatusHandler(old_status_);
+    SetMessageHandler(old_message_);
   }
-  ~Notices() { SetMessageHandler(old_); }
   Notices(const Notices&) = delete;
   Notices& operator=(const Notices&) = delete;
 
-  std::vector<std::wstring> titles;
-  std::vector<std::wstring> texts;
+  std::vector<std::wstring> status;
+  std::vector<std::wstring> messages;
+  std::vector<std::wstring> titles;  // of each message, in the same order
 
  private:
-  MessageHandler old_;
+  StatusHandler old_status_;
+  MessageHandler old_message_;
 };
 
 }  // namespace korvo::test
