@@ -12,6 +12,7 @@
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_codec.h"
 #include "korvo/database/dbs_format.h"
+#include "korvo/database/dbs_internal.h"
 #include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
@@ -20,17 +21,9 @@
 #include "korvo/platform/file.h"
 #include "korvo/soundings/korvo_snd.h"
 
+using namespace korvo::dbs;  // lock modes, notice titles, record forms
+
 namespace {
-
-constexpr int kModeOpen = 1000;
-constexpr int kModeClose = 1001;
-constexpr int kModeCreate = 1002;
-
-constexpr const wchar_t* kUpdateTitle = L"Uppdatering av Brenmark - databas";
-constexpr const wchar_t* kReadTitle = L"Innlesning av Brenmark - databas";
-
-// The versions from which a record takes 93 bytes.
-constexpr double kLongRecordVersion = 3.99;
 
 // SaveDbs starts the bounds where any record narrows them. The maxima start
 // at the smallest positive number, not at the most negative one, as the files
