@@ -20,6 +20,7 @@
 class CProjPath;
 class CVaglinje;
 class CDbsGUID;
+class CKorvoSnd;
 
 class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
  public:
@@ -85,6 +86,69 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   // words as they were.
   void SetGuidString(const std::wstring& guid);
 
+  // ---- Writing (korvo_dbs_update.cpp) ----
+  //
+  // A change reaches the file in place: the record at its offset, then the
+  // header with the update number raised, under the lock. The field files of
+  // a point are written before its record, so after a stop between the two
+  // the database is what gives way (Restore builds it again).
+
+  // Adds a record to the list only: `var` 1 appends a zeroed one, any other
+  // value inserts before the current record. Its sekt is m_sek_noll unless
+  // `rec` is given, which is then copied whole. Returns 0, or the list's
+  // negative result.
+  int Ny(int var, bhdbstype* rec);
+  // Writes the current record and the header. `typ` 0 or less: the record
+  // only; 1: the record, the bounds recomputed, the header; 2 and 3: bounds
+  // and header; above 3: the header only. `oppna` 1 takes the lock and opens
+  // the file `namn` (null: the project's database), compares the update
+  // numbers, merging another user's changes when the file is ahead, and
+  // closes again; the header is written only then. `oppna` 0 writes into the
+  // file that the caller holds open, which looks after the header itself.
+  // A new record (pos 0) goes to the end of the file and is counted. The
+  // first header written gets a new project GUID.
+  // Returns 0; -3, after a warning, when the database is read only, will not
+  // open, or a seek or write fails (a record that did not reach the file
+  // stays new, and the header in memory keeps the file's update number).
+  int Uppdat(int typ, wchar_t* namn, int oppna);
+  int Uppdat(int typ, std::wstring namn, int oppna);
+  // Takes the lock and opens the project's database for reading and writing
+  // until EndUpdate, so that many Uppdat(.., 1) take the lock once. A failure
+  // shows at the next Uppdat. Returns 0.
+  int BeginUpdate();
+  // Closes the database and releases the lock of BeginUpdate. Returns 0.
+  int EndUpdate();
+  // Removes the current record from the list and, when it has a place in
+  // the file `namn` (null: the project's database), empties its id there:
+  // the last record of the file gives its place back, any other leaves a hole
+  // that the next packing closes. Returns the result of the list's Delete
+  // (-1 also when the last record went), -1 when read only, or -3 when the
+  // file could not be written: then the record stays.
+  int Delete(const wchar_t* namn);
+  int Delete();
+  // Delete() and removes the point's field files (for an Avp point, rewrites
+  // the Avp text file instead). Returns 0, or -1.
+  int DeleteId();
+  // Removes the current record from the list alone; the file is not touched.
+  int DeletePost();
+  // Rewrites the file `namn` (null: the project's database) from the list,
+  // records one after the other in list order, counts and bounds computed
+  // afresh. `ny` 1 creates the file; else the file must not have changed
+  // since it was read (same update number). The file is not shortened.
+  // Returns 0, or -1 after a warning.
+  int SaveDbs(wchar_t* namn, int ny);
+  int SaveDbs(std::wstring namn, int ny);
+  // Opens (`mode` 1000) or closes (1001) the selection file `namn` under the
+  // lock, for a series of Uppdat(.., 0). Returns 1 whatever happened.
+  int SaveSelection(int mode, const wchar_t* namn);
+  // Writes the Avp text file from the records of kind Avp, in list order.
+  // Returns 0, or -1 when it cannot be created or written.
+  int AvpFilUppdat();
+  // Makes the record of the point of `snd` from the document, adding it when
+  // the list has none, and writes it with Uppdat(1, null, 1). Returns -1 for
+  // a null `snd` or a document that cannot fill it; else Uppdat's result.
+  int SndUppdat(CKorvoSnd* snd);
+
   // ---- Orders, searches and symbols (korvo_dbs_sort.cpp) ----
 
   // Makes current the first record whose id is `id` (put into capitals in
@@ -107,6 +171,13 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
   wchar_t* NoSymb(int val, int* nr);
   // An empty text, whatever the record and the arguments.
   wchar_t* SvSymb(int val, int* nr);
+  // Brings the selection file `namn` up to date from this list: points that
+  // left the project leave it, changed points are copied (keeping their
+  // place in the file), and the project's GUID is carried over. The file is
+  // rewritten only when a point or the GUID changed. Returns 0 whatever
+  // happened; the opening and saving warnings are all that a user sees.
+  int UppdUrval(wchar_t* namn);
+  int UppdUrval(std::wstring namn);
 
   korvoprjdattype prjdat;  // the header
   CVaglinje* vaglinje;     // set by the caller, never owned; null: no line chosen
@@ -215,7 +286,19 @@ class KORVO_EXPORT CKorvoDbs : public list0<bhdbstype> {
  private:
   struct OpenScan;
 
+  // Orders and selections (korvo_dbs_sort.cpp).
   int CompareAlongLine(int size, bool ascending);
+  bool CarryProjectGuid(korvoprjdattype& to) const;
+  // Writing (korvo_dbs_update.cpp).
+  std::wstring ProjectDbsPath() const;
+  bool ReadFileHeader(korvoprjdattype* header);
+  void TakeBoundsFrom(const bhdbstype& rec);
+  void RecomputeBounds();
+  void CountNew(const bhbit& bit);
+  void CountDeleted(const bhbit& bit);
+  int WriteCurrentRecord();
+  int ReportWriteFailure(int error);
+  void ResetForSave();
   void PrepareNewHeader();
   // Dbsver and verdel of the version a new database gets.
   void SetCurrentVersion();

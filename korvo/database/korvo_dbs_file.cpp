@@ -4,15 +4,14 @@
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_codec.h"
 #include "korvo/database/dbs_format.h"
+#include "korvo/database/dbs_internal.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/messages.h"
 #include "korvo/platform/env.h"
 
-namespace {
+using namespace korvo::dbs;  // lock modes, notice titles, record forms
 
-constexpr int kModeOpen = 1000;
-constexpr int kModeClose = 1001;
-constexpr int kModeCreate = 1002;
+namespace {
 
 // Another user's lock is waited for this many times this long: about a
 // second in all.

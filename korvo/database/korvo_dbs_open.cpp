@@ -11,6 +11,7 @@
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_codec.h"
 #include "korvo/database/dbs_format.h"
+#include "korvo/database/dbs_internal.h"
 #include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/coding.h"
 #include "korvo/foundation/format.h"
@@ -18,14 +19,9 @@
 #include "korvo/foundation/versal_text.h"
 #include "korvo/platform/env.h"
 
+using namespace korvo::dbs;  // lock modes, notice titles, record forms
+
 namespace {
-
-constexpr int kModeOpen = 1000;
-constexpr int kModeClose = 1001;
-constexpr int kModeCreate = 1002;
-
-constexpr const wchar_t* kReadTitle = L"Innlesning av Brenmark - databas";
-constexpr const wchar_t* kCheckTitle = L"Kontroll av databas";
 
 // Versions that the reader takes although they are not the current one: a
 // small step either way, and the old 2.0 to 2.4 files whose records have the
@@ -33,7 +29,6 @@ constexpr const wchar_t* kCheckTitle = L"Kontroll av databas";
 constexpr double kVersionTolerance = 0.16;
 constexpr double kOldReadableLow = 2.0;
 constexpr double kOldReadableHigh = 2.4;
-constexpr double kLongRecordVersion = 3.99;
 
 int Warn(const std::wstring& text, const wchar_t* title = kReadTitle) {
   return korvo::ShowMessage(text, korvo::MB_ICONWARNING, korvo::MB_OK, title);

@@ -2,11 +2,13 @@
 // point's kind code and map symbol.
 #include "korvo/database/korvo_dbs.h"
 
+#include <cstring>
 #include <cwchar>
 #include <string>
 
 #include "korvo/context/no_case.h"
 #include "korvo/context/vaglinje.h"
+#include "korvo/database/dbs_guid.h"
 #include "korvo/foundation/format.h"
 #include "korvo/foundation/versal_text.h"
 
@@ -34,56 +36,6 @@ constexpr korvo::BhFlag kFlagOfKey[kKeyLast - kKeyFirstFlag + 1] = {
     bhbit::Cpt,       bhbit::Ror,        bhbit::Avp,    bhbit::Vb,     bhbit::Fjell,
     bhbit::Total,     bhbit::Ram,        bhbit::Enkel,  bhbit::Dtrykk, bhbit::Dreie,
     bhbit::Prvvanlig, bhbit::Startvarde, bhbit::Prvtyp, bhbit::Skv,    bhbit::Tlk};
-
-// A name without a number at its start sorts behind all numbered ones.
-constexpr long kNoNumber = 99999999;
-
-// The number at the start of a name as "%ld" reads it: blanks, a sign and
-// digits. A name is at most 8 characters, so the number cannot overflow.
-long LeadingNumber(const wchar_t* name) {
-  while (*name == L' ' || (*name >= L'\t' && *name <= L'\r')) ++name;
-  const bool negative = *name == L'-';
-  if (*name == L'-' || *name == L'+') ++name;
-  if (*name < L'0' || *name > L'9') return kNoNumber;
-  long n = 0;
-  for (; *name >= L'0' && *name <= L'9'; ++name) n = n * 10 + (*name - L'0');
-  return negative ? -n : n;
-}
-
-// A point name as a sort key: in capitals, with its leading number.
-struct NameKey {
-  explicit NameKey(const wchar_t (&id)[9]) {
-    std::wmemcpy(text, id, 9);
-    text[8] = L'\0';
-    VersalText(text);
-    number = LeadingNumber(text);
-  }
-  wchar_t text[9];
-  long number;
-};
-
-// Whether `a` comes before `b` in the order of their 16-bit code units.
-bool NameBelow(const wchar_t* a, const wchar_t* b) {
-  for (;; ++a, ++b) {
-    const auto ua = static_cast<uint16_t>(*a);
-    const auto ub = static_cast<uint16_t>(*b);
-    if (ua != ub) return ua < ub;
-    if (ua == 0) return false;
-  }
-}
-
-// Names: numbers first, smaller first (greater with key -1), then the name
-// itself; descending, equal names answer 1.
-int CompareNames(const bhdbstype& left, const bhdbstype& right, bool ascending) {
-  const NameKey l(left.id);
-  const NameKey r(right.id);
-  if (ascending) {
-    if (l.number != r.number) return l.number < r.number ? 1 : 0;
-    return NameBelow(l.text, r.text) ? 1 : 0;
-  }
-  if (l.number != r.number) return l.number > r.number ? 1 : 0;
-  return NameBelow(l.text, r.text) ? 0 : 1;
-}
 
 // Ascending: 1 when the right value is above the left; descending: 1 when
 // the left value is the right one or above, so equal values answer 1.
@@ -148,12 +100,12 @@ std::wstring& SymbolText() {
 }  // namespace
 
 int CKorvoDbs::Sortval(int key) {
+  if (key == 0 || key > kKeyLast || key < -kKeyLast) return 0;
   const int size = key < 0 ? -key : key;
   const bool ascending = key > 0;
   const bhdbstype& left = *pmael;
   const bhdbstype& right = *pael;
-  if (size == 0 || size > kKeyLast) return 0;
-  if (size == kKeyName) return CompareNames(left, right, ascending);
+  if (size == kKeyName) return korvo::NameOrder(left.id, right.id, ascending ? 1 : -1);
   if (size >= kKeyFirstFlag) {
     return CompareFlags(left, right, kFlagOfKey[size - kKeyFirstFlag], ascending);
   }
@@ -257,4 +209,54 @@ wchar_t* CKorvoDbs::SvSymb(int, int*) {
   std::wstring& text = SymbolText();
   text.clear();
   return text.data();
+}
+
+// ---- Selections ----------------------------------------------------------
+
+int CKorvoDbs::UppdUrval(wchar_t* namn) {
+  CKorvoDbs urval(proj);
+  if (urval.Init(namn != nullptr ? std::wstring(namn) : std::wstring(), 0, 0, nullptr) != 0) {
+    return 0;
+  }
+  bool changed = CarryProjectGuid(urval.prjdat);
+  if (urval.Home() == 0) {
+    for (;;) {
+      wchar_t id[9];
+      std::wmemcpy(id, urval.pael->id, 9);
+      if (Findid(id, -1) != 0) {
+        // The point left the project: it leaves the selection and its file.
+        const bool last = urval.aktel->next == nullptr;
+        if (urval.Delete(namn) < 0 || last) break;
+        continue;  // the cursor stands on the following record already
+      }
+      if (KollaPael(urval.pael) == 1) {
+        const int32_t pos = urval.pael->pos;
+        *urval.pael = *pael;
+        urval.pael->pos = pos;
+        changed = true;
+      }
+      if (!urval++) break;
+    }
+  }
+  if (changed) {
+    urval.behorighet = 0;
+    urval.SaveDbs(namn, 0);
+  }
+  return 0;
+}
+
+int CKorvoDbs::UppdUrval(std::wstring namn) {
+  return UppdUrval(namn.data());
+}
+
+// The selection is of this project: it takes the project's GUID. True when
+// anything of it differed.
+bool CKorvoDbs::CarryProjectGuid(korvoprjdattype& to) const {
+  const bool differs = to.harguid != prjdat.harguid ||
+                       std::memcmp(to.reserv3, prjdat.reserv3, sizeof to.reserv3) != 0 ||
+                       std::memcmp(to.guid, prjdat.guid, sizeof to.guid) != 0;
+  to.harguid = prjdat.harguid;
+  std::memcpy(to.reserv3, prjdat.reserv3, sizeof to.reserv3);
+  std::memcpy(to.guid, prjdat.guid, sizeof to.guid);
+  return differs;
 }

@@ -1,3 +1,4 @@
+#include <climits>
 #include <cwchar>
 #include <functional>
 #include <random>
@@ -109,7 +110,7 @@ TEST(DbsSortval, KeysOutsideTheTableKeepTheOrder) {
   Dbs dbs;
   bhdbstype a = Record(L"B");
   bhdbstype b = Record(L"A");
-  for (int key : {0, 22, -22, 1000}) EXPECT_EQ(dbs.Compare(key, &a, &b), 0) << key;
+  for (int key : {0, 22, -22, 1000, INT_MIN}) EXPECT_EQ(dbs.Compare(key, &a, &b), 0) << key;
 }
 
 TEST(DbsSortval, FlagsFirstAscendingLastDescending) {

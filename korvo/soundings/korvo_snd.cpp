@@ -5,6 +5,7 @@
 
 #include "korvo/context/file_names.h"
 #include "korvo/context/proj_path.h"
+#include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/field_file.h"
 #include "korvo/foundation/field_text.h"
 #include "korvo/foundation/format.h"
@@ -594,7 +595,10 @@ void CKorvoSnd::WriteTlk() {
   m_tlkfil.Close();
 }
 
+// The field files are written by now; the database record follows them, so
+// that after a stop between the two the files are the newer.
 void CKorvoSnd::NotifyDatabase() {
+  if (m_dbs != nullptr && tempfiler == 0) m_dbs->SndUppdat(this);
   if (tempfiler == 1) {
     tempfiler = 0;
     SetNamesFromId();

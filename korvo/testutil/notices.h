@@ -14,8 +14,9 @@ class Notices {
  public:
   Notices()
       : old_status_(SetStatusHandler([this](const std::wstring& t) { status.push_back(t); })),
-        old_message_(
-            SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int buttons) {
+        old_message_(SetMessageHandler(
+            [this](const std::wstring& title, const std::wstring& t, int, int buttons) {
+              titles.push_back(title);
               messages.push_back(t);
               return buttons == MB_YESNO ? IDNO : IDOK;
             })) {}
@@ -28,6 +29,7 @@ class Notices {
 
   std::vector<std::wstring> status;
   std::vector<std::wstring> messages;
+  std::vector<std::wstring> titles;  // of each message, in the same order
 
  private:
   StatusHandler old_status_;
