@@ -21,17 +21,6 @@ constexpr int kLockWaitMs = 100;
 // The lock file's content is a mark only: its existence is the lock.
 constexpr char kLockMark[] = "Database busy!";
 
-// Whether `path` is an existing file that this process may read and write.
-bool CanReadWrite(const std::wstring& path) {
-  if (!korvo::FileExists(path)) return false;
-  CFile probe;
-  if (!probe.Open(path.c_str(), CFile::modeReadWrite | CFile::shareDenyNone | CFile::typeBinary)) {
-    return false;
-  }
-  probe.Close();
-  return true;
-}
-
 }  // namespace
 
 std::wstring CKorvoDbs::LockFilePath() const {
@@ -62,33 +51,26 @@ int CKorvoDbs::Dbs_rw(int mode) {
 // system lets exactly one of several users who try at the same moment
 // succeed, so a test for the file and its creation can never both pass for
 // two of them. A user who loses that race waits as for any other lock.
+// Creation comes first, so that an open without contention costs one call.
 int CKorvoDbs::TakeLock() {
   const std::wstring path = dbkfil.GetFilePath();
   for (int waited = 0;; ++waited) {
+    if (korvo::CreateFileExclusive(path, {kLockMark, sizeof kLockMark - 1})) return 0;
     if (!korvo::FileExists(path)) {
-      if (korvo::CreateFileExclusive(path)) break;
-      if (!korvo::FileExists(path)) {
-        korvo::ShowMessage(korvo::Format(L"Failed to create a Lockfile %s\nDo you have write "
-                                         L"access in this folder?",
-                                         path),
-                           korvo::MB_ICONWARNING);
-        return -1;
-      }
+      korvo::ShowMessage(korvo::Format(L"Failed to create a Lockfile %s\nDo you have write "
+                                       L"access in this folder?",
+                                       path),
+                         korvo::MB_ICONWARNING);
+      return -1;
     }
     if (waited == kLockWaits) return -1;
     korvo::SleepMs(kLockWaitMs);
   }
-  if (dbkfil.Open(path.c_str(), CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite |
-                                    CFile::typeBinary)) {
-    dbkfil.Write(kLockMark, sizeof kLockMark - 1);
-    dbkfil.Close();
-  }
-  return 0;
 }
 
 void CKorvoDbs::ReleaseLock() {
   const std::wstring path = dbkfil.GetFilePath();
-  if (!path.empty() && korvo::FileExists(path)) korvo::RemoveFile(path);
+  if (!path.empty()) korvo::RemoveFile(path);
 }
 
 // Opens or creates the database file for a caller that holds the lock.
@@ -96,7 +78,7 @@ void CKorvoDbs::ReleaseLock() {
 int CKorvoDbs::OpenDatabase(int mode) {
   const std::wstring path = dbsfil.GetFilePath();
   if (mode == kModeCreate && behorighet != 1) {
-    if (CanReadWrite(path)) {
+    if (korvo::CanReadWrite(path)) {
       korvo::ShowMessage(L"Databasen finns redan !", korvo::MB_ICONWARNING);
       return -1;
     }
@@ -104,7 +86,7 @@ int CKorvoDbs::OpenDatabase(int mode) {
                 CFile::modeCreate | CFile::modeWrite | CFile::shareExclusive | CFile::typeBinary);
     return dbsfil.IsOpen() ? 0 : -1;
   }
-  if (!CanReadWrite(path)) return -1;
+  if (!korvo::CanReadWrite(path)) return -1;
   const unsigned access = behorighet == 1 ? CFile::modeRead | CFile::shareDenyWrite
                                           : CFile::modeReadWrite | CFile::shareExclusive;
   dbsfil.Open(path.c_str(), access | CFile::typeBinary);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <cwchar>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -128,9 +129,10 @@ std::wstring NumericDateTurned(const std::wstring& text) {
 struct CKorvoDbs::OpenScan {
   static constexpr int kStart = korvo::dbs::kFirstRecordOffset;
 
-  std::vector<uint8_t> bytes;  // the file from the first record to its end
-  int rpos = kStart;           // where the next record is read
-  int wpos = kStart;           // where it goes while packing
+  std::unique_ptr<uint8_t[]> bytes;  // the file from the first record to its end
+  size_t size = 0;                   // of bytes
+  int rpos = kStart;                 // where the next record is read
+  int wpos = kStart;                 // where it goes while packing
   int nbh = 0;
   int nror = 0;
   int nvb = 0;
@@ -139,8 +141,8 @@ struct CKorvoDbs::OpenScan {
   size_t dirty_from = SIZE_MAX;  // the bytes changed, as offsets into `bytes`
   size_t dirty_to = 0;
 
-  int End() const { return kStart + static_cast<int>(bytes.size()); }
-  uint8_t* At(int pos) { return bytes.data() + (pos - kStart); }
+  int End() const { return kStart + static_cast<int>(size); }
+  uint8_t* At(int pos) { return bytes.get() + (pos - kStart); }
   void Touched(int pos, int size) {
     dirty_from = std::min(dirty_from, static_cast<size_t>(pos - kStart));
     dirty_to = std::max(dirty_to, static_cast<size_t>(pos - kStart + size));
@@ -156,14 +158,15 @@ struct CKorvoDbs::OpenScan {
   void Load(CFile& file) {
     const uint64_t length = file.GetLength();
     if (length <= static_cast<uint64_t>(kStart)) return;
-    bytes.resize(static_cast<size_t>(length) - kStart);
+    const size_t want = static_cast<size_t>(length) - kStart;
+    bytes.reset(new uint8_t[want]);  // not zeroed: only what is read is used
     file.Seek(kStart, CFile::begin);
-    bytes.resize(file.Read(bytes.data(), static_cast<unsigned>(bytes.size())));
+    size = file.Read(bytes.get(), static_cast<unsigned>(want));
   }
   void WriteChanges(CFile& file) {
     if (dirty_from >= dirty_to) return;
     file.Seek(kStart + static_cast<int64_t>(dirty_from), CFile::begin);
-    file.Write(bytes.data() + dirty_from, static_cast<unsigned>(dirty_to - dirty_from));
+    file.Write(bytes.get() + dirty_from, static_cast<unsigned>(dirty_to - dirty_from));
   }
 };
 
@@ -260,6 +263,7 @@ int CKorvoDbs::CheckVersion(const std::wstring& path) {
 // `pack`: deleted records are packed out on the way.
 void CKorvoDbs::ReadRecords(OpenScan* scan, bool named, bool pack) {
   const int size = postlangd;
+  Reserve((scan->End() - scan->rpos) / size);
   while (scan->rpos + size <= scan->End()) {
     bhdbstype rec;  // every field but pos is decoded
     korvo::DecodeDbsRecord(scan->At(scan->rpos), size, &rec);

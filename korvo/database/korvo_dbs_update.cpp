@@ -109,13 +109,11 @@ int CKorvoDbs::ReportWriteFailure(int error) {
 // ---- Adding and writing -------------------------------------------------
 
 int CKorvoDbs::Ny(int var, bhdbstype* rec) {
-  // The list zeroes an inserted record too: its content is not to be relied
-  // on either way.
+  if (rec != nullptr) return list0<bhdbstype>::Ny(var, rec);
+  // An empty record is zeros but for the chainage, whose "none" is not 0.
   const int result = list0<bhdbstype>::Ny(var, nullptr);
-  if (result < 0) return result;
-  pael->sekt = m_sek_noll;
-  if (rec != nullptr) *pael = *rec;
-  return 0;
+  if (result == 0) pael->sekt = m_sek_noll;
+  return result;
 }
 
 void CKorvoDbs::TakeBoundsFrom(const bhdbstype& rec) {

@@ -9,10 +9,14 @@
 // ends of the list above all, so every operation below says exactly what it
 // does to `aktel`, `plats`, `mark`, `pael` and `pmael`.
 //
-// Records are plain data. Nodes are raw allocations holding two links and the
+// Records are plain data. Nodes are raw memory holding two links and the
 // record inline; no constructor or destructor of T ever runs, records move
 // only by whole-record copy, and sorting relinks nodes without moving records,
 // so a pointer into a record stays valid until its row is deleted.
+//
+// Nodes are cut from slabs that double in size, so reading a file of n rows
+// makes some log n allocations rather than n. A deleted node waits on a free
+// list for the next row; the slabs go back to the heap with the list.
 //
 // Out of memory and internal sort errors are thrown as text (a pointer to a
 // constant wide text, or a std::wstring for the two formatted ones) and are
@@ -55,14 +59,21 @@ class list0 {
   }
 
  public:
-  // Frees every node, walking from the first along the next-links.
+  // Gives every slab back, and with them every node.
   virtual ~list0() {
-    Node* n = forsta;
-    while (n != nullptr) {
-      Node* next = n->next;
-      ::operator delete(n);
-      n = next;
+    while (slabs_ != nullptr) {
+      Slab* next = slabs_->next;
+      ::operator delete(slabs_);
+      slabs_ = next;
     }
+  }
+
+  // Makes room for `n` more rows in one allocation, for a caller that knows
+  // how many rows are coming. Throws "Minnesbrist (Class list0)" when out of
+  // memory; the list is unchanged either way.
+  void Reserve(int n) {
+    if (n <= 0 || fresh_end_ - fresh_ >= n) return;
+    if (!AddSlab(static_cast<size_t>(n))) throw L"Minnesbrist (Class list0)";
   }
 
   // Appends a node with undefined content at the end and makes it current,
@@ -125,7 +136,8 @@ class list0 {
     }
     --antal;
     if (forsta == nullptr) sista = nullptr;
-    ::operator delete(gone);
+    gone->next = free_;
+    free_ = gone;
     Set_pael();
     return aktel != nullptr ? 0 : -1;
   }
@@ -280,6 +292,14 @@ class list0 {
   T* pael = nullptr;       // record of the current node; null with none
   T* pmael = nullptr;      // record of the marked node as last refreshed
 
+ private:
+  struct Slab;
+  Slab* slabs_ = nullptr;  // newest first
+  Node* free_ = nullptr;   // deleted nodes, linked through next
+  Node* fresh_ = nullptr;  // the never-used nodes of the newest slab
+  Node* fresh_end_ = nullptr;
+  size_t slab_nodes_ = 1;  // size of the next slab of the doubling
+
  protected:
   // `pmael` := record of the marked row. Returns 0; -1 (and `pmael` null)
   // with no mark.
@@ -363,7 +383,60 @@ class list0 {
     return static_cast<uint32_t>((2 * sizeof(Node*) + sizeof(T) + 3) / 4);
   }
 
-  static Node* NewNode() { return static_cast<Node*>(::operator new(sizeof(Node), std::nothrow)); }
+  // A slab's header; its nodes follow, the first at kSlabHeader.
+  struct Slab {
+    Slab* next;
+  };
+  static constexpr size_t kSlabHeader =
+      (sizeof(Slab) + alignof(Node) - 1) / alignof(Node) * alignof(Node);
+  // Slabs stop doubling at about this size: beyond it the saving in
+  // allocations is nil and the unused tail only costs.
+  static constexpr size_t kSlabBytesCap = size_t{64} << 10;
+  static_assert(alignof(Node) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+
+  // A node from the free list, else from the newest slab, else from a new
+  // slab; null when out of memory.
+  Node* NewNode() {
+    if (free_ != nullptr) {
+      Node* n = free_;
+      free_ = n->next;
+      return n;
+    }
+    if (fresh_ == fresh_end_ && !GrowSlabs()) return nullptr;
+    return fresh_++;
+  }
+
+  // Adds the next slab of the doubling; when memory is short, the largest
+  // smaller one that can be had.
+  bool GrowSlabs() {
+    const size_t cap = kSlabBytesCap / sizeof(Node) > 0 ? kSlabBytesCap / sizeof(Node) : 1;
+    for (size_t want = slab_nodes_ < cap ? slab_nodes_ : cap; want > 0; want /= 2) {
+      if (AddSlab(want)) {
+        if (slab_nodes_ < cap) slab_nodes_ *= 2;
+        return true;
+      }
+    }
+    return false;
+  }
+
+  // A new slab of `count` nodes becomes the fresh one; what was left of the
+  // old one goes to the free list so that no node is lost.
+  bool AddSlab(size_t count) {
+    if (count > (SIZE_MAX - kSlabHeader) / sizeof(Node)) return false;
+    void* raw = ::operator new(kSlabHeader + count * sizeof(Node), std::nothrow);
+    if (raw == nullptr) return false;
+    while (fresh_ != fresh_end_) {
+      Node* n = fresh_++;
+      n->next = free_;
+      free_ = n;
+    }
+    Slab* slab = static_cast<Slab*>(raw);
+    slab->next = slabs_;
+    slabs_ = slab;
+    fresh_ = reinterpret_cast<Node*>(static_cast<char*>(raw) + kSlabHeader);
+    fresh_end_ = fresh_ + count;
+    return true;
+  }
 
   // Add, handing back the new node and the steps the cursor took.
   Node* AddNode(int* steps) {

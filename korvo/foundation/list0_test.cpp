@@ -266,6 +266,63 @@ TEST(List0Delete, AtEitherEndKeepsTheCursorInTheListAndTheLastLeavesItEmpty) {
   EXPECT_EQ(list.sista, list.forsta);
 }
 
+// Nodes come from shared slabs and deleted ones are used again: rows must
+// never share memory or lose content whatever the mix of additions, inserts
+// and deletions (the sanitizer builds catch a node freed twice or lost).
+TEST(List0Memory, ChurnKeepsEveryRowWholeAndApart) {
+  list0<Row> list;
+  std::vector<int> model;  // ids in list order
+  std::mt19937 rng(7);
+  int next_id = 0;
+  for (int step = 0; step < 5000; ++step) {
+    const unsigned op = rng() % 3;
+    if (op == 2 && !model.empty()) {
+      const size_t at = rng() % model.size();
+      list.Home();
+      for (size_t i = 0; i < at; ++i) list++;
+      list.Delete();
+      model.erase(model.begin() + static_cast<std::ptrdiff_t>(at));
+    } else {
+      Row row{0, ++next_id, next_id * 0.25};
+      if (op == 1 && !model.empty()) {
+        list.Home();
+        list.Ny(0, &row);  // before the first row
+        model.insert(model.begin(), row.id);
+      } else {
+        list.Ny(1, &row);
+        model.push_back(row.id);
+      }
+    }
+  }
+  ASSERT_EQ(Ids(list), model);
+  if (list.Home() == 0) {
+    do ASSERT_EQ(list.pael->value, list.pael->id * 0.25);
+    while (list++);
+  }
+}
+
+TEST(List0Memory, ReserveKeepsRowsAndTheirAddresses) {
+  list0<Row> list;
+  Fill(list, {1, 2, 3});
+  list.Home();
+  const Row* first = list.pael;
+  list.Reserve(1000);
+  list.Reserve(10);  // room enough already
+  for (int i = 0; i < 1000; ++i) {
+    Row row{i, 100 + i, 0.0};
+    list.Ny(1, &row);
+  }
+  list.Reserve(0);
+  list.Reserve(-5);
+  EXPECT_EQ(list.antal, 1003);
+  list.Home();
+  EXPECT_EQ(list.pael, first);
+  EXPECT_EQ(first->id, 1);
+  list.End();
+  EXPECT_EQ(list.pael->id, 1099);
+  EXPECT_EQ(list.plats, 1003);
+}
+
 TEST(List0Mark, GotoMarkCountsPlatsAndDeletingTheRowClearsIt) {
   list0<Row> list;
   Fill(list, {1, 2, 3, 4});

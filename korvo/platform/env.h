@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "korvo/export.h"
@@ -35,9 +36,14 @@ KORVO_EXPORT bool DirectoryExists(const std::wstring& path);
 // could not be removed.
 KORVO_EXPORT bool RemoveFile(const std::wstring& path);
 
+// Whether `path` is an existing file that this process may read and write
+// (the `_waccess` test with mode 6), whatever the case of its name.
+KORVO_EXPORT bool CanReadWrite(const std::wstring& path);
+
 // Creates `path` only if nothing is there, atomically: of several callers at
-// the same moment exactly one succeeds. The file is left empty and closed.
-KORVO_EXPORT bool CreateFileExclusive(const std::wstring& path);
+// the same moment exactly one succeeds. The file is left holding `content`
+// and closed.
+KORVO_EXPORT bool CreateFileExclusive(const std::wstring& path, std::string_view content = {});
 
 // The creation time (birth time where the file system keeps one, else the last
 // write time) and the last write time of a file, in local time.

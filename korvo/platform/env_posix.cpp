@@ -124,12 +124,20 @@ bool RemoveFile(const std::wstring& path) {
   return IsRegularFile(native) && ::unlink(native.c_str()) == 0;
 }
 
-bool CreateFileExclusive(const std::wstring& path) {
+bool CanReadWrite(const std::wstring& path) {
+  const std::string native = NativePath(FindExistingPath(path));
+  return IsRegularFile(native) && ::access(native.c_str(), R_OK | W_OK) == 0;
+}
+
+bool CreateFileExclusive(const std::wstring& path, std::string_view content) {
   // A lock file made by a program that spelt the name in another case is
   // still the same lock.
   if (FindExistingPath(path) != path) return false;
   const int fd = ::open(NativePath(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (fd < 0) return false;
+  // The file exists now, and that is what counts; a short write leaves a
+  // shorter mark.
+  if (!content.empty()) (void)!::write(fd, content.data(), content.size());
   ::close(fd);
   return true;
 }

@@ -4,7 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
+
+#ifndef _WIN32
+#include <unistd.h>
+#endif
 
 #include "korvo/platform/platform_internal.h"
 #include "korvo/testutil/temp_dir.h"
@@ -64,8 +69,26 @@ TEST(Files, CreateFileExclusiveSucceedsOnce) {
   EXPECT_FALSE(CreateFileExclusive(dir.File("KORVODAL.DBK")));
   EXPECT_FALSE(dir.Exists("KORVODAL.DBK"));
   ASSERT_TRUE(RemoveFile(dir.File("Korvodal.dbk")));
-  EXPECT_TRUE(CreateFileExclusive(dir.File("Korvodal.dbk")));
+  // The mark goes in with the creation, and a failed second try keeps it.
+  EXPECT_TRUE(CreateFileExclusive(dir.File("Korvodal.dbk"), "Database busy!"));
+  EXPECT_FALSE(CreateFileExclusive(dir.File("Korvodal.dbk"), "other"));
+  EXPECT_EQ(dir.Read("Korvodal.dbk"), "Database busy!");
   EXPECT_FALSE(CreateFileExclusive(dir.wpath() + L"/missing/x.dbk"));
+}
+
+TEST(Files, CanReadWriteWantsAnExistingFile) {
+  test::TempDir dir;
+  dir.Write("Korvodal.dbs", "x");
+  EXPECT_TRUE(CanReadWrite(dir.File("Korvodal.dbs")));
+  EXPECT_TRUE(CanReadWrite(dir.File("KORVODAL.DBS")));
+  EXPECT_FALSE(CanReadWrite(dir.File("missing.dbs")));
+  EXPECT_FALSE(CanReadWrite(dir.wpath()));
+#ifndef _WIN32
+  if (::geteuid() != 0) {  // the superuser may write anything
+    std::filesystem::permissions(dir.path() / "Korvodal.dbs", std::filesystem::perms::owner_read);
+    EXPECT_FALSE(CanReadWrite(dir.File("Korvodal.dbs")));
+  }
+#endif
 }
 
 TEST(Files, ListFilesGivesRegularFilesOnly) {

@@ -6,6 +6,7 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
+#include <io.h>
 #include <rpc.h>
 #include <windows.h>
 #undef GetCurrentTime
@@ -71,10 +72,18 @@ bool RemoveFile(const std::wstring& path) {
   return ::DeleteFileW(path.c_str()) != 0;
 }
 
-bool CreateFileExclusive(const std::wstring& path) {
+bool CanReadWrite(const std::wstring& path) {
+  return FileExists(path) && ::_waccess(path.c_str(), 6) == 0;
+}
+
+bool CreateFileExclusive(const std::wstring& path, std::string_view content) {
   HANDLE h = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (h == INVALID_HANDLE_VALUE) return false;
+  if (!content.empty()) {
+    DWORD written = 0;
+    ::WriteFile(h, content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
+  }
   ::CloseHandle(h);
   return true;
 }
