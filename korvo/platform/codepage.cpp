@@ -122,6 +122,11 @@ void AppendToCp1252(std::string& out, std::wstring_view text) {
   out.resize(start + text.size());
   char* dst = out.data() + start;
   for (size_t i = 0; i < text.size(); ++i) {
+    // Field files are ASCII nearly throughout, which goes over unchanged.
+    if (static_cast<unsigned long>(text[i]) < 0x80) {
+      *dst++ = static_cast<char>(text[i]);
+      continue;
+    }
     // A character outside the basic plane is one '?', whatever the width of wchar_t.
     if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) ++i;
     *dst++ = static_cast<char>(EncodeCp1252(text[i]));
