@@ -94,6 +94,36 @@ bool IsLowSurrogate(wchar_t c) {
   return c >= 0xDC00 && c <= 0xDFFF;
 }
 
+// Encodes `text` at `dst`, each "\n" as "\r\n" when `crlf`; returns the end.
+char* EncodeCp1252To(char* dst, std::wstring_view text, bool crlf) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    const wchar_t c = text[i];
+    if (c == L'\n' && crlf) {
+      *dst++ = '\r';
+      *dst++ = '\n';
+      continue;
+    }
+    // Field files are ASCII nearly throughout, which goes over unchanged.
+    if (static_cast<unsigned long>(c) < 0x80) {
+      *dst++ = static_cast<char>(c);
+      continue;
+    }
+    // A character outside the basic plane is one '?', whatever the width of wchar_t.
+    if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) ++i;
+    *dst++ = static_cast<char>(EncodeCp1252(text[i]));
+  }
+  return dst;
+}
+
+// Appends at most `room` bytes made by `encode` to `out`, in one resize.
+template <typename Encode>
+void AppendEncoded(std::string& out, size_t room, Encode encode) {
+  const size_t start = out.size();
+  out.resize(start + room);
+  char* const end = encode(out.data() + start);
+  out.resize(static_cast<size_t>(end - out.data()));
+}
+
 }  // namespace
 
 wchar_t DecodeCp1252(unsigned char b) {
@@ -118,20 +148,11 @@ void AppendFromCp1252(std::wstring& out, std::string_view bytes) {
 }
 
 void AppendToCp1252(std::string& out, std::wstring_view text) {
-  const size_t start = out.size();
-  out.resize(start + text.size());
-  char* dst = out.data() + start;
-  for (size_t i = 0; i < text.size(); ++i) {
-    // Field files are ASCII nearly throughout, which goes over unchanged.
-    if (static_cast<unsigned long>(text[i]) < 0x80) {
-      *dst++ = static_cast<char>(text[i]);
-      continue;
-    }
-    // A character outside the basic plane is one '?', whatever the width of wchar_t.
-    if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) ++i;
-    *dst++ = static_cast<char>(EncodeCp1252(text[i]));
-  }
-  out.resize(static_cast<size_t>(dst - out.data()));
+  AppendEncoded(out, text.size(), [&](char* dst) { return EncodeCp1252To(dst, text, false); });
+}
+
+void AppendLinesToCp1252(std::string& out, std::wstring_view text) {
+  AppendEncoded(out, 2 * text.size(), [&](char* dst) { return EncodeCp1252To(dst, text, true); });
 }
 
 std::wstring FromCp1252(std::string_view bytes) {

@@ -24,6 +24,8 @@ KORVO_EXPORT unsigned char EncodeCp1252(wchar_t c);
 // growing `out`.
 KORVO_EXPORT void AppendFromCp1252(std::wstring& out, std::string_view bytes);
 KORVO_EXPORT void AppendToCp1252(std::string& out, std::wstring_view text);
+// AppendToCp1252 with each "\n" written as "\r\n", as text files are kept.
+KORVO_EXPORT void AppendLinesToCp1252(std::string& out, std::wstring_view text);
 
 KORVO_EXPORT std::wstring FromCp1252(std::string_view bytes);
 KORVO_EXPORT std::string ToCp1252(std::wstring_view text);

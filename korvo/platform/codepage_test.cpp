@@ -60,5 +60,19 @@ TEST(Cp1252, AppendKeepsWhatIsThere) {
   EXPECT_EQ(bytes, "x\x97z");
 }
 
+TEST(Cp1252, LinesGetCarriageReturnsAndOnlyTheLinesDo) {
+  std::string bytes = "x";
+  AppendLinesToCp1252(bytes, L"\n1.00 \x00F6\n\nend");
+  EXPECT_EQ(bytes, "x\r\n1.00 \xF6\r\n\r\nend");
+  bytes.clear();
+  AppendToCp1252(bytes, L"a\nb");
+  EXPECT_EQ(bytes, "a\nb");
+  bytes.clear();
+  // A pair of surrogates is one character, and one '?'.
+  const wchar_t pair[] = {0xD83D, 0xDE00, L'\n', 0};
+  AppendLinesToCp1252(bytes, pair);
+  EXPECT_EQ(bytes, "?\r\n");
+}
+
 }  // namespace
 }  // namespace korvo

@@ -95,14 +95,7 @@ int CStdioFile::ReadString(std::wstring& line) {
 
 void CStdioFile::WriteString(const wchar_t* text) {
   if (text == nullptr) return;
-  for (const wchar_t* p = text; *p != L'\0';) {
-    const wchar_t* newline = p;
-    while (*newline != L'\0' && *newline != L'\n') ++newline;
-    korvo::AppendToCp1252(out_, std::wstring_view(p, static_cast<size_t>(newline - p)));
-    if (*newline == L'\0') break;
-    out_ += "\r\n";
-    p = newline + 1;
-  }
+  korvo::AppendLinesToCp1252(out_, text);
   if (out_.size() >= kWriteChunk) FlushLines();
 }
 
