@@ -19,6 +19,7 @@
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/platform/datetime.h"
 #include "korvo/platform/file.h"
+#include "korvo/platform/utf8.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/code_table.h"
 #include "korvo/soundings/cpt_presentation.h"

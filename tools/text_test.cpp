@@ -7,37 +7,6 @@
 namespace korvo::cli {
 namespace {
 
-TEST(Utf8, NordicLettersAndSymbolsBothWays) {
-  const std::wstring text = L"Sjöberg, gråbrun, Ø Æ, 80°, €";
-  const std::string utf8 = Utf8(text);
-  EXPECT_EQ(utf8,
-            "Sj\xC3\xB6"
-            "berg, gr\xC3\xA5"
-            "brun, \xC3\x98 \xC3\x86, 80\xC2\xB0, \xE2\x82\xAC");
-  EXPECT_EQ(Wide(utf8), text);
-}
-
-TEST(Utf8, CharactersBeyondTheBasicPlane) {
-  const std::string utf8 = "\xF0\x9F\x98\x80";  // U+1F600
-  const std::wstring wide = Wide(utf8);
-  EXPECT_EQ(Utf8(wide), utf8);
-  EXPECT_EQ(wide.size(), sizeof(wchar_t) == 2 ? 2u : 1u);
-}
-
-TEST(Utf8, WhatIsNoCharacterBecomesTheReplacement) {
-  const std::string replacement = "\xEF\xBF\xBD";
-  EXPECT_EQ(Utf8(Wide("a\xFF"
-                      "b")),
-            "a" + replacement + "b");
-  EXPECT_EQ(Utf8(Wide("\xC3")), replacement);          // cut short
-  EXPECT_EQ(Utf8(Wide("\xC0\xAF")), replacement);      // an overlong "/" never spells "/"
-  EXPECT_EQ(Utf8(Wide("\xED\xA0\x80")), replacement);  // a surrogate
-  if constexpr (sizeof(wchar_t) == 4) {
-    EXPECT_EQ(Utf8(std::wstring(1, static_cast<wchar_t>(0x110000))), replacement);
-    EXPECT_EQ(Utf8(std::wstring(1, static_cast<wchar_t>(0xDC00))), replacement);
-  }
-}
-
 TEST(Fixed, DecimalPointWhateverTheLocale) {
   EXPECT_EQ(Fixed(6638712.43, 3), "6638712.430");
   EXPECT_EQ(Fixed(-0.0005, 3), "-0.001");

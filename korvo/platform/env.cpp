@@ -7,68 +7,6 @@
 namespace korvo {
 namespace {
 
-constexpr wchar_t kEscapeBase = 0xDC00;
-
-void PutUtf8(std::string& out, unsigned long cp) {
-  if (cp >= 0xDC80 && cp <= 0xDCFF) {
-    out += static_cast<char>(cp - kEscapeBase);  // an escaped raw byte
-  } else if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
-
-void PutWide(std::wstring& out, unsigned long cp) {
-  if (cp >= 0x10000 && sizeof(wchar_t) == 2) {
-    cp -= 0x10000;
-    out += static_cast<wchar_t>(0xD800 + (cp >> 10));
-    out += static_cast<wchar_t>(0xDC00 + (cp & 0x3FF));
-  } else {
-    out += static_cast<wchar_t>(cp);
-  }
-}
-
-// Decodes one sequence at `bytes[i]`; returns its length, or 0 when it is not
-// a valid, shortest-form sequence.
-size_t DecodeUtf8At(std::string_view bytes, size_t i, unsigned long* cp) {
-  const auto lead = static_cast<unsigned char>(bytes[i]);
-  size_t len;
-  unsigned long value;
-  if (lead < 0x80) {
-    *cp = lead;
-    return 1;
-  } else if ((lead & 0xE0) == 0xC0) {
-    len = 2, value = lead & 0x1F;
-  } else if ((lead & 0xF0) == 0xE0) {
-    len = 3, value = lead & 0x0F;
-  } else if ((lead & 0xF8) == 0xF0) {
-    len = 4, value = lead & 0x07;
-  } else {
-    return 0;
-  }
-  if (i + len > bytes.size()) return 0;
-  for (size_t k = 1; k < len; ++k) {
-    const auto next = static_cast<unsigned char>(bytes[i + k]);
-    if ((next & 0xC0) != 0x80) return 0;
-    value = (value << 6) | (next & 0x3F);
-  }
-  static constexpr unsigned long kMinimum[5] = {0, 0, 0x80, 0x800, 0x10000};
-  if (value < kMinimum[len] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
-  *cp = value;
-  return len;
-}
-
 // One case for the letters that file names on a Windows share fold.
 wchar_t FoldLetter(wchar_t c) {
   if (c >= L'a' && c <= L'z') return static_cast<wchar_t>(c - 0x20);
@@ -88,40 +26,6 @@ wchar_t FoldLetter(wchar_t c) {
 }
 
 }  // namespace
-
-std::string ToUtf8(std::wstring_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (size_t i = 0; i < text.size(); ++i) {
-    auto cp = static_cast<unsigned long>(text[i]);
-    if (sizeof(wchar_t) == 2 && cp >= 0xD800 && cp <= 0xDBFF && i + 1 < text.size()) {
-      const auto low = static_cast<unsigned long>(text[i + 1]);
-      if (low >= 0xDC00 && low <= 0xDFFF) {
-        cp = 0x10000 + ((cp - 0xD800) << 10) + (low - 0xDC00);
-        ++i;
-      }
-    }
-    PutUtf8(out, cp);
-  }
-  return out;
-}
-
-std::wstring FromUtf8(std::string_view bytes) {
-  std::wstring out;
-  out.reserve(bytes.size());
-  for (size_t i = 0; i < bytes.size();) {
-    unsigned long cp;
-    const size_t len = DecodeUtf8At(bytes, i, &cp);
-    if (len == 0) {
-      out += static_cast<wchar_t>(kEscapeBase + static_cast<unsigned char>(bytes[i]));
-      ++i;
-    } else {
-      PutWide(out, cp);
-      i += len;
-    }
-  }
-  return out;
-}
 
 bool SameNameIgnoringCase(std::wstring_view a, std::wstring_view b) {
   if (a.size() != b.size()) return false;
