@@ -576,32 +576,24 @@ TEST(DbsHelpersTest, KollaPaelComparesWithinAMillimetre) {
   rec.stopp = 91;
   EXPECT_EQ(dbs.KollaPael(&rec), 1);  // no current record
   dbs.Ny(1, &rec);
-  bhdbstype other = rec;
-  other.x += 0.0009;
-  other.djup = 5.0009f;
-  EXPECT_EQ(dbs.KollaPael(&other), 0);
-  other.avst = 0.002;
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  other.bit.Set(bhbit::Tlk);
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  other.stopp = 92;
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  std::wcscpy(other.id, L"P2");
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
+  const auto changed = [&](auto change) {
+    bhdbstype other = *dbs.pael;
+    change(other);
+    return dbs.KollaPael(&other);
+  };
+  EXPECT_EQ(changed([](bhdbstype& o) { o.x += 0.0009, o.djup = 5.0009f; }), 0);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.avst = 0.002; }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.bit.Set(bhbit::Tlk); }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.stopp = 92; }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { std::wcscpy(o.id, L"P2"); }), 1);
 
   bhdbstype avp{};
   std::wcscpy(avp.id, L"A1");
   avp.bit.Set(bhbit::Avp);
   std::wcscpy(avp.kod, L"KP");
   dbs.Ny(1, &avp);
-  other = avp;
-  std::wcscpy(other.kod, L"KQ");
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  std::wcscpy(other.kod, L"KP");
-  EXPECT_EQ(dbs.KollaPael(&other), 0);
+  EXPECT_EQ(changed([](bhdbstype& o) { std::wcscpy(o.kod, L"KQ"); }), 1);
+  EXPECT_EQ(changed([](bhdbstype&) {}), 0);
 }
 
 TEST(DbsHelpersTest, DatumFixTurnsTheKnownFormsOfADate) {

@@ -217,33 +217,33 @@ TEST_F(DbsUpdateTest, ModesWriteTheRecordOrTheHeaderOrBoth) {
   EXPECT_EQ(FileHeader().uppdnrfil, 4);
 }
 
-TEST_F(DbsUpdateTest, ReadOnlyWritesNothing) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  const std::string before = File();
-  dbs.ChangeReadWriteAccess(1);
-  bhdbstype rec = Point(L"P1", bhbit::Bh, 1, 2, 3, 4);
-  dbs.Ny(1, &rec);
-  EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
-  EXPECT_EQ(File(), before);
-  ASSERT_EQ(notices.messages.size(), 1u);
-  EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs") + L"\nBehörighet: Read only !");
-  EXPECT_EQ(dbs.Delete(), -1);
-  EXPECT_EQ(dbs.antal, 1);
-  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-}
-
-TEST_F(DbsUpdateTest, MissingFileCannotBeOpened) {
+TEST_F(DbsUpdateTest, MissingReadOnlyOrExistingFilesAreRefusedWithTheirReasons) {
   CKorvoDbs dbs(&proj);
   dbs.ChangeReadWriteAccess(0);
   dbs.Ny(1, nullptr);
   EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
+  const std::wstring cannot = L"Uppdatering av Brenmark - databas|Kan ikke opne database : ";
   ASSERT_EQ(notices.messages.size(), 1u);
-  EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs"));
+  EXPECT_EQ(Shown(0), cannot + dir.File("Korvodal.dbs"));
   EXPECT_EQ(dbs.pael->pos, 0);
   EXPECT_FALSE(dir.Exists("Korvodal.dbs"));
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+
+  MakeDatabase(dbs);
+  const std::string before = File();
+  EXPECT_EQ(dbs.SaveDbs(nullptr, 1), -1);
+  ASSERT_EQ(notices.messages.size(), 3u);
+  EXPECT_EQ(Shown(1), L"Korvo|Databasen finns redan !");
+  EXPECT_EQ(Shown(2), L"Uppdatering av ABrenmark - databas|Kan ikke opne database : " +
+                          dir.File("Korvodal.dbs") + L"\n");
+
+  dbs.ChangeReadWriteAccess(1);
+  EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
+  EXPECT_EQ(File(), before);
+  ASSERT_EQ(notices.messages.size(), 4u);
+  EXPECT_EQ(Shown(3), cannot + dir.File("Korvodal.dbs") + L"\nBehörighet: Read only !");
+  EXPECT_EQ(dbs.Delete(), -1);
+  EXPECT_EQ(dbs.antal, 1);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
 
@@ -468,16 +468,6 @@ TEST_F(DbsDeleteTest, SaveDbsRefusesAFileThatChangedSinceItWasRead) {
   EXPECT_EQ(Shown(notices.messages.size() - 1),
             L"Innlesning av Brenmark - databas|Fel vid uppdatering av databasen (uppdnr=4/3)");
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-}
-
-TEST_F(DbsUpdateTest, SaveDbsOfANewFileThatExists) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  EXPECT_EQ(dbs.SaveDbs(nullptr, 1), -1);
-  ASSERT_EQ(notices.messages.size(), 2u);
-  EXPECT_EQ(Shown(0), L"Korvo|Databasen finns redan !");
-  EXPECT_EQ(Shown(1), L"Uppdatering av ABrenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs") + L"\n");
 }
 
 }  // namespace
