@@ -131,38 +131,33 @@ std::vector<bhdbstype> WriteTwoAndReadBack(TestDbs* dbs, int size) {
   return back;
 }
 
-TEST_F(DbsFileTest, ShortRecordsFollowTheHeaderFrom500) {
-  TestDbs dbs(&proj);
-  MakeNewDatabase(&dbs);
-  const std::vector<bhdbstype> back = WriteTwoAndReadBack(&dbs, 62);
-  const std::string file = dir.Read("Korvodal.dbs");
-  ASSERT_EQ(file.size(), 500u + 2 * 62);
-  EXPECT_EQ(file.substr(408, 92), std::string(92, '\0'));
-  EXPECT_EQ(file.substr(500, 9), std::string("AB1\0\0\0\0\0\0", 9));
-  EXPECT_EQ(file.substr(562, 9), std::string("\xC6\xD8\xC5\0\0\0\0\0\0", 9));
-  const auto* bytes = reinterpret_cast<const uint8_t*>(file.data());
-  EXPECT_EQ(korvo::DecodeFloat(bytes + 562 + 56), 12.25f);
-  EXPECT_EQ(korvo::DecodeFixed16(bytes + 562 + 60), 91);
-  EXPECT_EQ(back[0].pos, 500);
-  EXPECT_EQ(back[1].pos, 562);
-  EXPECT_EQ(std::wstring(back[1].id), L"ÆØÅ");
-  EXPECT_EQ(back[1].djup, 12.25f);
-  EXPECT_EQ(back[1].sekt, 9999999.9);
-  EXPECT_EQ(back[1].symbol, -1);
-  EXPECT_EQ(back[1].datum[0], L'\0');
-}
-
-TEST_F(DbsFileTest, LongRecordsLieAt500And593) {
-  TestDbs dbs(&proj);
-  MakeNewDatabase(&dbs);
-  const std::vector<bhdbstype> back = WriteTwoAndReadBack(&dbs, 93);
-  const std::string file = dir.Read("Korvodal.dbs");
-  ASSERT_EQ(file.size(), 500u + 2 * 93);
-  EXPECT_EQ(file.substr(593, 9), std::string("\xC6\xD8\xC5\0\0\0\0\0\0", 9));
-  EXPECT_EQ(file.substr(593 + 82, 11), std::string("24.12.2024\0", 11));
-  EXPECT_EQ(back[1].pos, 593);
-  EXPECT_EQ(back[1].symbol, 7);
-  EXPECT_EQ(std::wstring(back[1].datum), L"24.12.2024");
+// Short records lie at 500 and 562, long ones at 500 and 593.
+TEST_F(DbsFileTest, RecordsFollowTheHeaderFrom500) {
+  for (const int size : {62, 93}) {
+    SCOPED_TRACE(size);
+    std::filesystem::remove(dir.path() / "Korvodal.dbs");
+    TestDbs dbs(&proj);
+    MakeNewDatabase(&dbs);
+    const std::vector<bhdbstype> back = WriteTwoAndReadBack(&dbs, size);
+    const std::string file = dir.Read("Korvodal.dbs");
+    ASSERT_EQ(file.size(), 500u + 2 * size);
+    EXPECT_EQ(file.substr(408, 92), std::string(92, '\0'));
+    EXPECT_EQ(file.substr(500, 9), std::string("AB1\0\0\0\0\0\0", 9));
+    EXPECT_EQ(file.substr(500 + size, 9), std::string("\xC6\xD8\xC5\0\0\0\0\0\0", 9));
+    const auto* second = reinterpret_cast<const uint8_t*>(file.data()) + 500 + size;
+    EXPECT_EQ(korvo::DecodeFloat(second + 56), 12.25f);
+    EXPECT_EQ(korvo::DecodeFixed16(second + 60), 91);
+    EXPECT_EQ(back[0].pos, 500);
+    EXPECT_EQ(back[1].pos, 500 + size);
+    EXPECT_EQ(std::wstring(back[1].id), L"ÆØÅ");
+    EXPECT_EQ(back[1].djup, 12.25f);
+    EXPECT_EQ(back[1].sekt, 9999999.9);
+    EXPECT_EQ(back[1].symbol, size == 93 ? 7 : -1);
+    EXPECT_EQ(std::wstring(back[1].datum), size == 93 ? L"24.12.2024" : L"");
+    if (size == 93) {
+      EXPECT_EQ(file.substr(593 + 82, 11), std::string("24.12.2024\0", 11));
+    }
+  }
 }
 
 // The lock.
