@@ -30,7 +30,8 @@ TEST(ProjectGuid, WithoutHarguidTheTextIsEmptyEvenAfterSetting) {
   CKorvoDbs dbs;
   dbs.SetGuidString(L"00000001-0002-0003-0405-060708090a0b");
   EXPECT_EQ(dbs.prjdat.harguid, 0);
-  EXPECT_EQ(dbs.prjdat.guid[0] * 100 + dbs.prjdat.guid[10], 111u);
+  EXPECT_EQ(dbs.prjdat.guid[0], 1u);
+  EXPECT_EQ(dbs.prjdat.guid[10], 11u);
   EXPECT_EQ(dbs.GetGuidString(), L"");
   dbs.prjdat.harguid = 2;
   EXPECT_EQ(dbs.GetGuidString(), L"");
