@@ -6,25 +6,14 @@
 #include <vector>
 
 #include "korvo/database/korvo_dbs.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
-std::vector<std::wstring> Guids(CDbsGUID& reg) {
-  std::vector<std::wstring> out;
-  if (reg.Home() == 0) {
-    do out.push_back(reg.pael->guid);
-    while (reg++);
-  }
-  return out;
-}
+using korvo::test::EachRow;
 
-std::vector<std::wstring> Ids(CDbsGUID& reg) {
-  std::vector<std::wstring> out;
-  if (reg.Home() == 0) {
-    do out.push_back(reg.pael->id);
-    while (reg++);
-  }
-  return out;
+std::vector<std::wstring> Guids(CDbsGUID& reg) {
+  return EachRow(reg, [](const auto& r) { return std::wstring(r.guid); });
 }
 
 TEST(ProjectGuid, TextGoesIntoTheElevenWordsAndComesBackInSmallLetters) {
@@ -46,10 +35,7 @@ TEST(ProjectGuid, WithoutHarguidTheTextIsEmptyEvenAfterSetting) {
   EXPECT_EQ(dbs.GetGuidString(), L"");
   dbs.prjdat.harguid = 2;
   EXPECT_EQ(dbs.GetGuidString(), L"");
-}
-
-TEST(ProjectGuid, LeadingZerosAreKeptAndWideWordsAreNarrowed) {
-  CKorvoDbs dbs;
+  // Leading zeros are kept and wide words narrowed.
   dbs.prjdat.harguid = 1;
   const uint32_t words[11] = {5, 0x12340006, 7, 0x1FF, 0, 1, 2, 3, 4, 5, 0xABCDEF10};
   std::copy(words, words + 11, dbs.prjdat.guid);
@@ -86,7 +72,8 @@ TEST(GuidRegister, EqualGuidsStandSideBySideAfterSortingWhateverTheirPoint) {
   EXPECT_EQ(Guids(reg), (std::vector<std::wstring>{L"5b0c-aaaa", L"5b0c-aaaa", L"5b0c-AAAB",
                                                    L"12ff-bbbb", L"12ff-bbbb"}));
   // Equal GUIDs keep the order in which they were registered.
-  EXPECT_EQ(Ids(reg), (std::vector<std::wstring>{L"P1", L"P3", L"P4", L"P2", L"P5"}));
+  EXPECT_EQ(EachRow(reg, [](const auto& r) { return std::wstring(r.id); }),
+            (std::vector<std::wstring>{L"P1", L"P3", L"P4", L"P2", L"P5"}));
 }
 
 TEST(GuidRegister, GuidsBeginningWithALetterGoBehindThoseWithDigits) {
@@ -117,24 +104,19 @@ TEST(GuidRegister, NameOrderIsNumberFirstThenText) {
   EXPECT_EQ(korvo::NameOrder(L"9", L"10", 3), 0);
 }
 
-TEST(GuidRegister, EntriesAreCutToTheirFields) {
+TEST(GuidRegister, EntriesAreCutToTheirFieldsAndMethodsNamed) {
   CDbsGUID reg;
   korvo::RegisterGuid(reg, 45, std::wstring(40, L'f'), L"LONGNAME9");
   EXPECT_EQ(reg.pael->metod, 45);
   EXPECT_EQ(std::wstring(reg.pael->guid), std::wstring(36, L'f'));
   EXPECT_EQ(std::wstring(reg.pael->id), L"LONGNAME");
-}
-
-TEST(GuidRegister, MethodNamesForTheFaultLog) {
-  EXPECT_STREQ(korvo::GuidMethodName(0), L"HfA");
-  EXPECT_STREQ(korvo::GuidMethodName(11), L"JB-total");
-  EXPECT_STREQ(korvo::GuidMethodName(20), L"Wane test");
-  EXPECT_STREQ(korvo::GuidMethodName(23), L"Dreietrykk");
-  EXPECT_STREQ(korvo::GuidMethodName(45), L"Env investigation");
-  EXPECT_STREQ(korvo::GuidMethodName(97), L"Borehole");
-  EXPECT_STREQ(korvo::GuidMethodName(korvo::kGuidProject), L"Unknown method");
-  EXPECT_STREQ(korvo::GuidMethodName(10), L"Unknown method");
-  EXPECT_STREQ(korvo::GuidMethodName(-1), L"Unknown method");
+  std::wstring names;  // for the fault log
+  for (int m : {0, 11, 20, 23, 45, 97, static_cast<int>(korvo::kGuidProject), 10, -1}) {
+    names += korvo::GuidMethodName(m) + std::wstring(L"|");
+  }
+  EXPECT_EQ(names,
+            L"HfA|JB-total|Wane test|Dreietrykk|Env investigation|Borehole|Unknown method|"
+            L"Unknown method|Unknown method|");
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 // The road of a change from end to end: a document saved, its record in a
 // fresh open; two users writing one project; a selection kept up to date.
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,12 +15,14 @@
 #include "korvo/platform/env.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_snd.h"
+#include "korvo/testutil/children.h"
 #include "korvo/testutil/notices.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace korvo {
 namespace {
 
+using test::ChildArgument;
 using test::Notices;
 using test::TempDir;
 
@@ -91,8 +91,7 @@ TEST_F(DbsFlowTest, ASavedDocumentShowsInAFreshOpen) {
   ASSERT_EQ(fresh.antal, 1);
   const bhdbstype* rec = Find(fresh, L"BH7");
   ASSERT_NE(rec, nullptr);
-  EXPECT_TRUE(rec->bit.Test(bhbit::Bh));
-  EXPECT_TRUE(rec->bit.Test(bhbit::Dreie));
+  EXPECT_TRUE(rec->bit.Test(bhbit::Bh) && rec->bit.Test(bhbit::Dreie));
   EXPECT_FALSE(rec->bit.Test(bhbit::Total));
   EXPECT_EQ(rec->djup, 8.25f);
   EXPECT_EQ(rec->stopp, 93);
@@ -139,33 +138,19 @@ constexpr char kDirArg[] = "korvo-writer-dir=";
 constexpr char kStartArg[] = "korvo-writer-start=";
 constexpr char kNameArg[] = "korvo-writer-name=";
 
-std::string Argument(const char* name) {
-  const std::string prefix = name;
-  for (const std::string& arg : ::testing::internal::GetArgvs()) {
-    if (arg.rfind(prefix, 0) == 0) return arg.substr(prefix.size());
-  }
-  return std::string();
-}
-
-void WaitUntil(int64_t moment) {
-  while (ClockMs() < moment - 5) SleepMs(1);
-  while (ClockMs() < moment) {
-  }
-}
-
 TEST(DbsWriterChild, SavesItsPoints) {
-  const std::string dir = Argument(kDirArg);
+  const std::string dir = ChildArgument(kDirArg);
   if (dir.empty()) GTEST_SKIP() << "started by DbsTwoWriters only";
-  const int64_t start = std::stoll(Argument(kStartArg));
-  const std::wstring name = std::filesystem::path(Argument(kNameArg)).wstring();
+  const int64_t start = std::stoll(ChildArgument(kStartArg));
+  const std::wstring name = std::filesystem::path(ChildArgument(kNameArg)).wstring();
   Notices quiet;
   CProjPath proj;
   proj.SetPath(std::filesystem::path(dir).wstring().c_str());
   CKorvoDbs dbs(&proj);
-  WaitUntil(start);
+  test::WaitUntil(start);
   ASSERT_EQ(Open(dbs), 0);
   for (int i = 0; i < kPointsEach; ++i) {
-    WaitUntil(start + (i + 1) * kRoundMs);
+    test::WaitUntil(start + (i + 1) * kRoundMs);
     const std::wstring id = name + std::to_wstring(i);
     EXPECT_EQ(SavePoint(dbs, id.c_str(), i), 0) << i;
   }
@@ -176,19 +161,11 @@ TEST(DbsTwoWriters, SavingIntoOneProjectAtOnceLosesNothing) {
   CProjPath proj;
   proj.SetPath(dir.wpath().c_str());
   Create(proj);
-  const std::string self = ::testing::internal::GetArgvs().at(0);
   const int64_t start = ClockMs() + 1500;  // every child is running by then
-  std::vector<int> results(kWriters, -1);
-  std::vector<std::thread> children;
-  for (int i = 0; i < kWriters; ++i) {
-    const std::string out = (dir.path() / ("writer" + std::to_string(i) + ".out")).string();
-    const std::string command = "\"" + self + "\" --gtest_filter=DbsWriterChild.* " + kDirArg +
-                                dir.path().string() + " " + kStartArg + std::to_string(start) +
-                                " " + kNameArg + (i == 0 ? "A" : "B") + " > \"" + out + "\"";
-    children.emplace_back([&results, command, i] { results[i] = std::system(command.c_str()); });
-  }
-  for (std::thread& t : children) t.join();
-  for (int i = 0; i < kWriters; ++i) EXPECT_EQ(results[i], 0) << "writer " << i;
+  const std::string args =
+      kDirArg + dir.path().string() + " " + kStartArg + std::to_string(start) + " " + kNameArg;
+  EXPECT_EQ(test::RunChildren("DbsWriterChild.*", {args + "A", args + "B"}, dir.path()),
+            std::vector<int>(kWriters, 0));
 
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(dbs), 0);
@@ -243,6 +220,10 @@ TEST_F(DbsSelectionTest, NothingChangedLeavesTheFileUnwritten) {
   EXPECT_EQ(project.UppdUrval(selection), 0);
   EXPECT_EQ(dir.Read("URVAL.DBS"), before);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+  // A missing selection is left alone.
+  EXPECT_EQ(project.UppdUrval(dir.File("NONE.DBS")), 0);
+  EXPECT_FALSE(dir.Exists("NONE.DBS"));
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
 
 TEST_F(DbsSelectionTest, ChangedPointsAreCopiedAndLostOnesLeave) {
@@ -266,12 +247,6 @@ TEST_F(DbsSelectionTest, ChangedPointsAreCopiedAndLostOnesLeave) {
   EXPECT_EQ(s.prjdat.antbh, 1);
   EXPECT_EQ(std::memcmp(s.prjdat.guid, project.prjdat.guid, sizeof s.prjdat.guid), 0);
   EXPECT_TRUE(notices.messages.empty());
-}
-
-TEST_F(DbsSelectionTest, AMissingSelectionIsLeftAlone) {
-  EXPECT_EQ(project.UppdUrval(dir.File("NONE.DBS")), 0);
-  EXPECT_FALSE(dir.Exists("NONE.DBS"));
-  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
 
 }  // namespace

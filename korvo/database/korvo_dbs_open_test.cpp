@@ -11,6 +11,7 @@
 #include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/coding.h"
 #include "korvo/foundation/messages.h"
+#include "korvo/testutil/notices.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
@@ -24,36 +25,7 @@ class TestDbs : public CKorvoDbs {
   using CKorvoDbs::DbsSync;
 };
 
-// One notice or question as the user saw it.
-struct Shown {
-  std::wstring title;
-  std::wstring text;
-  int icon;
-  int buttons;
-};
-
-// Collects what is shown while it lives, answering questions with `answer`.
-class Notices {
- public:
-  Notices() {
-    old_ = korvo::SetMessageHandler(
-        [this](const std::wstring& title, const std::wstring& text, int icon, int buttons) {
-          shown.push_back({title, text, icon, buttons});
-          return buttons == korvo::MB_YESNO ? answer : korvo::IDOK;
-        });
-  }
-  ~Notices() { korvo::SetMessageHandler(old_); }
-  std::vector<std::wstring> Texts() const {
-    std::vector<std::wstring> texts;
-    for (const Shown& s : shown) texts.push_back(s.text);
-    return texts;
-  }
-  std::vector<Shown> shown;
-  int answer = korvo::IDNO;
-
- private:
-  korvo::MessageHandler old_;
-};
+using Texts = std::vector<std::wstring>;
 
 using Bits = std::array<uint8_t, 7>;
 constexpr Bits kBh{0x01, 0, 0, 0, 0, 0, 0};
@@ -151,61 +123,55 @@ class DbsOpenTest : public ::testing::Test {
 
   TempDir dir;
   CProjPath proj;
-  Notices notices;
+  korvo::test::Notices notices;
 };
 
 // --- Versions ---------------------------------------------------------------
 
-struct VersionCase {
-  const char* text;
-  double verdel;
-  int record_size;
-  int result;
-};
-
-class DbsVersionTest : public DbsOpenTest, public ::testing::WithParamInterface<VersionCase> {};
-
-TEST_P(DbsVersionTest, OpensOrRefusesByTheVersion) {
-  const VersionCase& c = GetParam();
-  DbsBytes b(c.text, c.record_size, c.verdel);
-  b.Add("P1", kBh, 11.0).Add("P2", kBh, 22.0);
-  WriteDbs(b);
-  CKorvoDbs dbs(&proj);
-  EXPECT_EQ(Open(&dbs, 0), c.result);
-  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-  EXPECT_EQ(FileBytes(), b.bytes());
-  if (c.result == 0) {
-    EXPECT_TRUE(notices.shown.empty());
-    EXPECT_EQ(dbs.postlangd, c.record_size);
-    ASSERT_EQ(Rows(dbs), (std::vector<Row>{{L"P1", 500}, {L"P2", 500 + c.record_size}}));
-    EXPECT_EQ(dbs.pael->x, 22.0);
-    EXPECT_EQ(dbs.pael->djup, 7.5f);
-  } else {
-    EXPECT_EQ(Rows(dbs).size(), 0u);
-    ASSERT_EQ(notices.shown.size(), 1u);
-    EXPECT_EQ(notices.shown[0].title, L"Innlesning av Brenmark - databas");
-    EXPECT_NE(notices.shown[0].text.find(L"\nFelaktig version: "), std::wstring::npos);
-  }
+std::wstring Wide(const char* text) {
+  return std::wstring(text, text + std::strlen(text));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Edges, DbsVersionTest,
-    ::testing::Values(VersionCase{"3.0", 0.0, 62, 0}, VersionCase{"2.9", 0.0, 62, 0},
-                      VersionCase{"3.1", 0.0, 62, 0}, VersionCase{"3.0", 0.1, 62, 0},
-                      VersionCase{"3.2", 0.0, 62, -1}, VersionCase{"2.5", 0.0, 62, -1},
-                      VersionCase{"1.9", 0.0, 62, -1}, VersionCase{"4.0", 0.0, 93, 0},
-                      VersionCase{"4.1", 0.0, 93, 0}, VersionCase{"4.2", 0.0, 93, -1},
-                      VersionCase{"x.y", 0.0, 62, -1}));
-
-TEST_F(DbsOpenTest, AWrongVersionSaysWhichVersionsAndHowToConvert) {
-  WriteDbs(DbsBytes("3.2"));
-  CKorvoDbs dbs(&proj);
-  EXPECT_EQ(Open(&dbs, 0), -1);
-  ASSERT_EQ(notices.shown.size(), 1u);
-  EXPECT_EQ(notices.shown[0].text, L"Feil vid innlesning av databas : " + dir.File("Korvodal.dbs") +
-                                       L"\nFelaktig version: 3.2\nNu gäller version: 3.0\nVälj "
-                                       L"Konvertera i Arkiv !");
-  EXPECT_EQ(notices.shown[0].icon, korvo::MB_ICONWARNING);
+// A version that is no number is told as 0.0; a refused one of the long
+// records is told that 4.0 holds.
+TEST_F(DbsOpenTest, OpensOrRefusesByTheVersion) {
+  const struct {
+    const char* text;
+    double verdel;
+    int record_size;
+    bool opens;
+  } cases[] = {{"3.0", 0.0, 62, true},  {"2.9", 0.0, 62, true},  {"3.1", 0.0, 62, true},
+               {"3.0", 0.1, 62, true},  {"3.2", 0.0, 62, false}, {"2.5", 0.0, 62, false},
+               {"1.9", 0.0, 62, false}, {"4.0", 0.0, 93, true},  {"4.1", 0.0, 93, true},
+               {"4.2", 0.0, 93, false}, {"x.y", 0.0, 62, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.text) + " " + std::to_string(c.verdel));
+    notices.Clear();
+    DbsBytes b(c.text, c.record_size, c.verdel);
+    b.Add("P1", kBh, 11.0).Add("P2", kBh, 22.0);
+    WriteDbs(b);
+    CKorvoDbs dbs(&proj);
+    EXPECT_EQ(Open(&dbs, 0), c.opens ? 0 : -1);
+    EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+    EXPECT_EQ(FileBytes(), b.bytes());
+    if (c.opens) {
+      EXPECT_TRUE(notices.messages.empty());
+      EXPECT_EQ(dbs.postlangd, c.record_size);
+      ASSERT_EQ(Rows(dbs), (std::vector<Row>{{L"P1", 500}, {L"P2", 500 + c.record_size}}));
+      EXPECT_EQ(dbs.pael->x, 22.0);
+      EXPECT_EQ(dbs.pael->djup, 7.5f);
+      continue;
+    }
+    EXPECT_EQ(Rows(dbs).size(), 0u);
+    ASSERT_EQ(notices.messages.size(), 1u);
+    EXPECT_EQ(notices.titles[0], L"Innlesning av Brenmark - databas");
+    EXPECT_EQ(notices.messages[0],
+              L"Feil vid innlesning av databas : " + dir.File("Korvodal.dbs") +
+                  L"\nFelaktig version: " + (c.text[0] == 'x' ? L"0.0" : Wide(c.text)) +
+                  L"\nNu gäller version: " + (c.record_size == 93 ? L"4.0" : L"3.0") +
+                  L"\nVälj Konvertera i Arkiv !");
+    EXPECT_EQ(notices.icons[0], korvo::MB_ICONWARNING);
+  }
 }
 
 TEST_F(DbsOpenTest, AnOldVersionIsTheCurrentOneInMemoryOnly) {
@@ -236,9 +202,8 @@ TEST_F(DbsOpenTest, ANewDatabaseIsItsHeaderAndAnExistingOneIsNotOverwritten) {
   CKorvoDbs again(&proj);
   EXPECT_EQ(again.Init(0, 1, nullptr, nullptr), -1);
   EXPECT_EQ(FileBytes(), file);
-  EXPECT_EQ(notices.Texts(),
-            (std::vector<std::wstring>{L"Databasen finns redan !",
-                                       L"Kan ikke opne database: " + dir.File("Korvodal.dbs")}));
+  EXPECT_EQ(notices.messages, (Texts{L"Databasen finns redan !",
+                                     L"Kan ikke opne database: " + dir.File("Korvodal.dbs")}));
 }
 
 TEST_F(DbsOpenTest, ANamedFileWithoutProjectPathsGetsPathsOfItsOwn) {
@@ -252,19 +217,18 @@ TEST_F(DbsOpenTest, ANamedFileWithoutProjectPathsGetsPathsOfItsOwn) {
   CKorvoDbs read;
   EXPECT_EQ(read.Init(path, 1, 0, nullptr), 0);
   EXPECT_EQ(read.proj->DbfKat, dir.wpath() + L"/Dbf");
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsOpenTest, FailuresToOpenSayWhyAndLeaveNoLock) {
   CKorvoDbs missing(&proj);
   EXPECT_EQ(Open(&missing, 0), -1);
-  EXPECT_EQ(notices.Texts(),
-            std::vector<std::wstring>{L"Kan ikke opne database: " + dir.File("Korvodal.dbs")});
+  EXPECT_EQ(notices.messages, Texts{L"Kan ikke opne database: " + dir.File("Korvodal.dbs")});
 
   dir.Write("Korvodal.dbs", std::string(407, '\0'));
   CKorvoDbs shrt(&proj);
   EXPECT_EQ(Open(&shrt, 1), -4);
-  EXPECT_EQ(notices.shown.back().text,
+  EXPECT_EQ(notices.messages.back(),
             L"Feil vid innlesning av databas : " + dir.File("Korvodal.dbs"));
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 
@@ -274,7 +238,7 @@ TEST_F(DbsOpenTest, FailuresToOpenSayWhyAndLeaveNoLock) {
   CKorvoDbs full(&proj);
   ASSERT_EQ(Open(&full, 1), 0);
   EXPECT_EQ(full.Init(dir.File("Korvodal.dbs").c_str(), 1, 0, nullptr), -1);
-  EXPECT_EQ(notices.shown.back().text,
+  EXPECT_EQ(notices.messages.back(),
             L"Kan ikke lese database: " + dir.File("Korvodal.dbs") + L"\nListe ej tom!");
   // Without a name the records are added to those already held.
   EXPECT_EQ(Open(&full, 1), 0);
@@ -314,7 +278,7 @@ TEST_F(DbsOpenTest, EmptySlotsAreSkippedSilentlyAndJunkBehindTheEndIsCleared) {
   }
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{{L"P1", 500}, {L"P3", 624}}));
   std::string expected = b.bytes();
   expected.replace(686, 62, std::string(62, '\0'));  // OLD behind slutpos
@@ -328,9 +292,9 @@ TEST_F(DbsOpenTest, ARecordOfTwoKindsIsLeftOutWithAWarning) {
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{{L"P1", 500}, {L"P3", 624}, {L"P4", 686}}));
-  ASSERT_EQ(notices.shown.size(), 1u);
-  EXPECT_EQ(notices.shown[0].title, L"Innlesning av Brenmark - databas");
-  EXPECT_EQ(notices.shown[0].text, L"Feil i database: id      ABC är feilaktig");
+  ASSERT_EQ(notices.messages.size(), 1u);
+  EXPECT_EQ(notices.titles[0], L"Innlesning av Brenmark - databas");
+  EXPECT_EQ(notices.messages[0], L"Feil i database: id      ABC är feilaktig");
   EXPECT_EQ(FileBytes(), b.bytes());
 }
 
@@ -342,23 +306,23 @@ TEST_F(DbsOpenTest, LineInformationIsAskedAboutOnceForAll) {
     notices.answer = korvo::IDYES;
     CKorvoDbs dbs(&proj);
     ASSERT_EQ(Open(&dbs, 0), 0);
-    ASSERT_EQ(notices.shown.size(), 1u);
-    EXPECT_EQ(notices.shown[0].title, L"Kontroll av databas");
-    EXPECT_EQ(notices.shown[0].text,
+    ASSERT_EQ(notices.messages.size(), 1u);
+    EXPECT_EQ(notices.titles[0], L"Kontroll av databas");
+    EXPECT_EQ(notices.messages[0],
               L"Fel i databas: id       L1 har också linjeinformation. Ta bort detta för "
               L"samtliga felaktiga?");
-    EXPECT_EQ(notices.shown[0].buttons, korvo::MB_YESNO);
+    EXPECT_EQ(notices.buttons[0], korvo::MB_YESNO);
     ASSERT_EQ(Rows(dbs).size(), 3u);
     dbs.Home();
     EXPECT_FALSE(dbs.pael->bit.Test(bhbit::Lje));
     EXPECT_TRUE(dbs.pael->bit.Test(bhbit::Bh));
     EXPECT_EQ(FileBytes(), b.bytes());  // repaired in memory, not in the file
   }
-  notices.shown.clear();
+  notices.Clear();
   notices.answer = korvo::IDNO;
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
-  EXPECT_EQ(notices.shown.size(), 1u);
+  EXPECT_EQ(notices.messages.size(), 1u);
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{{L"P2", 562}}));
 }
 
@@ -370,14 +334,13 @@ TEST_F(DbsOpenTest, ARecordBehindTheEndStopsTheProjectsReadingOnly) {
   CKorvoDbs project(&proj);
   ASSERT_EQ(Open(&project, 1), 0);
   EXPECT_EQ(Rows(project), (std::vector<Row>{{L"P1", 500}}));
-  EXPECT_EQ(notices.Texts(),
-            std::vector<std::wstring>{L"Kontroll av database: stopp på id       P2"});
+  EXPECT_EQ(notices.messages, Texts{L"Kontroll av database: stopp på id       P2"});
 
-  notices.shown.clear();
+  notices.Clear();
   CKorvoDbs named(&proj);
   ASSERT_EQ(named.Init(1, 0, dir.File("Korvodal.dbs").data(), nullptr), 0);
   EXPECT_EQ(Rows(named), (std::vector<Row>{{L"P1", 500}, {L"P2", 562}, {L"P3", 624}}));
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 // --- Counts and packing ---------------------------------------------------------
@@ -392,15 +355,14 @@ TEST_F(DbsOpenTest, WrongCountsAreCorrectedInTheFileWhenWriting) {
     CKorvoDbs reader(&proj);
     ASSERT_EQ(Open(&reader, 1), 0);
     EXPECT_EQ(reader.prjdat.antbh, 4);
-    EXPECT_TRUE(notices.shown.empty());
+    EXPECT_TRUE(notices.messages.empty());
     EXPECT_EQ(FileBytes(), b.bytes());
   }
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
-  EXPECT_EQ(notices.Texts(),
-            std::vector<std::wstring>{L"Infomation i prosjektdata ej lika med inläst4 1 1 1 0 1 "
-                                      L"Projektdata har korrigerats enligt inlästa värden"});
-  EXPECT_EQ(notices.shown[0].icon, korvo::MB_ICONWARNING);
+  EXPECT_EQ(notices.messages, Texts{L"Infomation i prosjektdata ej lika med inläst4 1 1 1 0 1 "
+                                    L"Projektdata har korrigerats enligt inlästa värden"});
+  EXPECT_EQ(notices.icons[0], korvo::MB_ICONWARNING);
   DbsBytes fixed = b;
   fixed.SetI16(216, 1);
   fixed.SetI16(226, 1);
@@ -424,7 +386,7 @@ TEST_F(DbsOpenTest, DeletedRecordsArePackedOutWhenOpenedForWriting) {
   WriteDbs(b);
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{
                            {L"P1", 500}, {L"P2", 562}, {L"P3", 624}, {L"P4", 686}, {L"P5", 748}}));
   EXPECT_EQ(dbs.prjdat.antrader, 0);
@@ -448,8 +410,8 @@ TEST_F(DbsOpenTest, PackingReportsACountThatDiffersAndRewritesRepairedFlags) {
   notices.answer = korvo::IDYES;
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(Open(&dbs, 0), 0);
-  ASSERT_EQ(notices.shown.size(), 2u);
-  EXPECT_EQ(notices.shown[1].text, L"Fel vid packning !\nPackade =1\nRaderade=2");
+  ASSERT_EQ(notices.messages.size(), 2u);
+  EXPECT_EQ(notices.messages[1], L"Fel vid packning !\nPackade =1\nRaderade=2");
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{{L"P1", 500}, {L"L1", 562}}));
   const std::string file = FileBytes();
   EXPECT_EQ(file.substr(562, 3), std::string("L1\0", 3));
@@ -543,16 +505,16 @@ TEST_F(DbsSyncTest, ANewRecordMeetsAddedRemovedAndMovedPoints) {
   EXPECT_EQ(dbs.prjdat.uppdnrfil, 6);
   EXPECT_EQ(dbs.prjdat.slutpos, 748);
   EXPECT_EQ(dbs.prjdat.antror, 1);
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsSyncTest, ARenamedRecordIsFollowedWhenTheUserSaysSo) {
   Select(L"C");
   notices.answer = korvo::IDYES;
   Sync();
-  ASSERT_EQ(notices.shown.size(), 1u);
-  EXPECT_EQ(notices.shown[0].title, L"Kontroll av databas");
-  EXPECT_EQ(notices.shown[0].text,
+  ASSERT_EQ(notices.messages.size(), 1u);
+  EXPECT_EQ(notices.titles[0], L"Kontroll av databas");
+  EXPECT_EQ(notices.messages[0],
             L"Hittar inte Id C!\nDet tycks vara omdöpt till C2.\nSka Id ändras från C till C2?");
   EXPECT_EQ(Rows(dbs), (std::vector<Row>{{L"A", 500}, {L"C2", 624}, {L"D", 562}, {L"E", 686}}));
   dbs.Goto_mark();
@@ -574,7 +536,7 @@ TEST_F(DbsSyncTest, ARecordWhosePlaceIsGoneBecomesNew) {
   Sync();
   EXPECT_EQ(Rows(dbs),
             (std::vector<Row>{{L"A", 500}, {L"B", 0}, {L"D", 562}, {L"C2", 624}, {L"E", 686}}));
-  EXPECT_TRUE(notices.shown.empty());
+  EXPECT_TRUE(notices.messages.empty());
 }
 
 TEST_F(DbsSyncTest, AnUnchangedFileLeavesTheHeaderInMemory) {
@@ -614,32 +576,24 @@ TEST(DbsHelpersTest, KollaPaelComparesWithinAMillimetre) {
   rec.stopp = 91;
   EXPECT_EQ(dbs.KollaPael(&rec), 1);  // no current record
   dbs.Ny(1, &rec);
-  bhdbstype other = rec;
-  other.x += 0.0009;
-  other.djup = 5.0009f;
-  EXPECT_EQ(dbs.KollaPael(&other), 0);
-  other.avst = 0.002;
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  other.bit.Set(bhbit::Tlk);
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  other.stopp = 92;
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  other = rec;
-  std::wcscpy(other.id, L"P2");
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
+  const auto changed = [&](auto change) {
+    bhdbstype other = *dbs.pael;
+    change(other);
+    return dbs.KollaPael(&other);
+  };
+  EXPECT_EQ(changed([](bhdbstype& o) { o.x += 0.0009, o.djup = 5.0009f; }), 0);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.avst = 0.002; }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.bit.Set(bhbit::Tlk); }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { o.stopp = 92; }), 1);
+  EXPECT_EQ(changed([](bhdbstype& o) { std::wcscpy(o.id, L"P2"); }), 1);
 
   bhdbstype avp{};
   std::wcscpy(avp.id, L"A1");
   avp.bit.Set(bhbit::Avp);
   std::wcscpy(avp.kod, L"KP");
   dbs.Ny(1, &avp);
-  other = avp;
-  std::wcscpy(other.kod, L"KQ");
-  EXPECT_EQ(dbs.KollaPael(&other), 1);
-  std::wcscpy(other.kod, L"KP");
-  EXPECT_EQ(dbs.KollaPael(&other), 0);
+  EXPECT_EQ(changed([](bhdbstype& o) { std::wcscpy(o.kod, L"KQ"); }), 1);
+  EXPECT_EQ(changed([](bhdbstype&) {}), 0);
 }
 
 TEST(DbsHelpersTest, DatumFixTurnsTheKnownFormsOfADate) {

@@ -9,6 +9,7 @@
 
 #include "korvo/context/vaglinje.h"
 #include "korvo/database/korvo_dbs.h"
+#include "korvo/testutil/rows.h"
 #include "korvo/testutil/sort_check.h"
 
 namespace korvo {
@@ -25,11 +26,13 @@ class Dbs : public CKorvoDbs {
   }
 };
 
-bhdbstype Record(const wchar_t* id, bhbit::Flag kind = bhbit::Bh) {
+bhdbstype Record(const wchar_t* id, bhbit::Flag kind = bhbit::Bh, double x = 0, double y = 0) {
   bhdbstype rec{};
   std::wcsncpy(rec.id, id, 8);
   rec.bit.Set(kind);
   rec.sekt = CKorvoDbs::m_sek_noll;
+  rec.x = x;
+  rec.y = y;
   return rec;
 }
 
@@ -37,16 +40,11 @@ void Add(CKorvoDbs& dbs, bhdbstype rec) {
   ASSERT_EQ(dbs.Ny(1, &rec), 0);
 }
 
-std::vector<std::wstring> Names(CKorvoDbs& dbs) {
-  std::vector<std::wstring> names;
-  if (dbs.Home() == 0) {
-    do names.emplace_back(dbs.pael->id);
-    while (dbs++);
-  }
-  return names;
-}
+using test::Texts;
 
-using Texts = std::vector<std::wstring>;
+Texts Names(CKorvoDbs& dbs) {
+  return test::EachRow(dbs, [](const bhdbstype& r) { return std::wstring(r.id); });
+}
 
 // A straight road line along x from 0 to 100, chainage 1000 at its start.
 class StraightLine : public CVaglinje {
@@ -70,18 +68,18 @@ TEST(DbsSortval, NamesNumbersFirstThenText) {
 }
 
 TEST(DbsSortval, NamesCompareInCapitalsAndSignedNumbers) {
+  // Equal names stand; -5 goes before 3.
+  const struct {
+    int key;
+    const wchar_t *left, *right;
+    int result;
+  } cases[] = {{1, L"ab", L"AB", 0}, {-1, L"ab", L"AB", 1}, {1, L"AA", L"ab", 1},
+               {1, L"ab", L"AA", 0}, {1, L"-5X", L"3", 1},  {1, L"3", L"-5X", 0}};
   Dbs dbs;
-  bhdbstype ab = Record(L"ab");
-  bhdbstype ab_caps = Record(L"AB");
-  bhdbstype aa = Record(L"AA");
-  bhdbstype minus = Record(L"-5X");
-  bhdbstype three = Record(L"3");
-  EXPECT_EQ(dbs.Compare(1, &ab, &ab_caps), 0);  // equal names stand
-  EXPECT_EQ(dbs.Compare(-1, &ab, &ab_caps), 1);
-  EXPECT_EQ(dbs.Compare(1, &aa, &ab), 1);
-  EXPECT_EQ(dbs.Compare(1, &ab, &aa), 0);
-  EXPECT_EQ(dbs.Compare(1, &minus, &three), 1);  // -5 before 3
-  EXPECT_EQ(dbs.Compare(1, &three, &minus), 0);
+  for (const auto& c : cases) {
+    bhdbstype left = Record(c.left), right = Record(c.right);
+    EXPECT_EQ(dbs.Compare(c.key, &left, &right), c.result) << c.key << " " << c.left;
+  }
 }
 
 TEST(DbsSortval, ValuesAscendingStrictDescendingNot) {
@@ -144,18 +142,11 @@ TEST(DbsSortval, RoadLineTakesPointsWithinItsAreaFirst) {
   StraightLine line;
   CKorvoDbs dbs;
   dbs.vaglinje = &line;
-  bhdbstype rec = Record(L"OUT");
-  rec.x = 150.0;  // beyond the end
-  rec.sekt = 0.0;
-  Add(dbs, rec);
-  rec = Record(L"FAR");
-  rec.x = 80.0;
-  rec.y = 5.0;
-  Add(dbs, rec);
-  rec = Record(L"NEAR");
-  rec.x = 10.0;
-  rec.y = -9.0;
-  Add(dbs, rec);
+  bhdbstype out = Record(L"OUT", bhbit::Bh, 150.0);  // beyond the end
+  out.sekt = 0.0;
+  Add(dbs, out);
+  Add(dbs, Record(L"FAR", bhbit::Bh, 80.0, 5.0));
+  Add(dbs, Record(L"NEAR", bhbit::Bh, 10.0, -9.0));
   dbs.Sortera(5);
   EXPECT_EQ(Names(dbs), (Texts{L"NEAR", L"FAR", L"OUT"}));
   dbs.Sortera(-5);
@@ -228,11 +219,11 @@ TEST(DbsFindid, FindsByNameInCapitalsOrByOffset) {
   wchar_t other[9] = L"X";
   EXPECT_EQ(dbs.Findid(other, 624), 0);  // either test finds it
   EXPECT_STREQ(dbs.pael->id, L"P3");
+  EXPECT_EQ(CKorvoDbs().Findid(nullptr, -1), -1);
 }
 
 TEST(DbsFindid, NotFoundPutsTheCursorBack) {
   CKorvoDbs dbs;
-  EXPECT_EQ(dbs.Findid(nullptr, -1), -1);
   for (const wchar_t* id : {L"P1", L"P2", L"P3"}) Add(dbs, Record(id));
   dbs.Home();
   dbs++;

@@ -86,6 +86,15 @@ class DbsUpdateTest : public ::testing::Test {
   Notices notices;
 };
 
+// antbh antavp antror antvb antlje antlad antmil antrader
+std::vector<int> Counts(const korvoprjdattype& h) {
+  return {h.antbh, h.antavp, h.antror, h.antvb, h.antlje, h.antlad, h.antmil, h.antrader};
+}
+// minx maxx miny maxy minz maxz minsekt maxsekt
+std::vector<double> Bounds(const korvoprjdattype& h) {
+  return {h.minx, h.maxx, h.miny, h.maxy, h.minz, h.maxz, h.minsekt, h.maxsekt};
+}
+
 TEST_F(DbsUpdateTest, NyZeroesAndMarksNoChainage) {
   CKorvoDbs dbs(&proj);
   ASSERT_EQ(dbs.Ny(1, nullptr), 0);
@@ -107,11 +116,8 @@ TEST_F(DbsUpdateTest, SavingAnEmptyListWritesTheStartingBounds) {
   MakeDatabase(dbs);
   EXPECT_EQ(File().size(), 408u);
   const korvoprjdattype h = FileHeader();
-  EXPECT_EQ(h.minx, 1.7976931348623157e308);
-  EXPECT_EQ(h.minz, 1.7976931348623157e308);
-  EXPECT_EQ(h.minsekt, 1.7976931348623157e308);
-  EXPECT_EQ(h.maxy, 2.2250738585072014e-308);
-  EXPECT_EQ(h.maxsekt, 2.2250738585072014e-308);
+  const double lo = 1.7976931348623157e308, hi = 2.2250738585072014e-308;
+  EXPECT_EQ(Bounds(h), (std::vector<double>{lo, hi, lo, hi, lo, hi, lo, hi}));
   EXPECT_EQ(h.slutpos, 500);
   EXPECT_EQ(h.uppdnrfil, 0);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
@@ -126,17 +132,12 @@ TEST_F(DbsUpdateTest, FirstPointOfAnEmptyDatabase) {
   EXPECT_EQ(dbs.pael->pos, 500);
   const korvoprjdattype h = FileHeader();
   EXPECT_EQ(h.slutpos, 562);
-  EXPECT_EQ(h.antbh, 1);
+  EXPECT_EQ(Counts(h), (std::vector<int>{1, 0, 0, 0, 0, 0, 0, 0}));
   EXPECT_EQ(h.uppdnrfil, 1);
   EXPECT_EQ(dbs.prjdat.uppdnrfil, 1);
-  EXPECT_EQ(h.minx, 6500100.5);
-  EXPECT_EQ(h.maxx, 6500100.5);
-  EXPECT_EQ(h.miny, 150200.25);
-  EXPECT_EQ(h.maxy, 150200.25);
-  EXPECT_EQ(h.maxz, 12.5);
-  EXPECT_EQ(h.minz, 5.0);  // the bottom of the point
-  EXPECT_EQ(h.minsekt, 9999999.9);
-  EXPECT_EQ(h.maxsekt, 9999999.9);
+  // minz is the bottom of the point
+  EXPECT_EQ(Bounds(h), (std::vector<double>{6500100.5, 6500100.5, 150200.25, 150200.25, 5.0, 12.5,
+                                            9999999.9, 9999999.9}));
   EXPECT_EQ(h.harguid, 1);
   EXPECT_NE(h.guid[0] | h.guid[1] | h.guid[2] | h.guid[10], 0u);
   const bhdbstype r = FileRecord(500);
@@ -146,17 +147,10 @@ TEST_F(DbsUpdateTest, FirstPointOfAnEmptyDatabase) {
   EXPECT_EQ(File().size(), 562u);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
   EXPECT_TRUE(notices.messages.empty());
-}
-
-TEST_F(DbsUpdateTest, TheGuidIsMadeOnceAndKept) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  Save(dbs, Point(L"P1", bhbit::Bh, 1, 1, 1, 1));
-  const korvoprjdattype first = FileHeader();
+  // The guid is made once and kept.
   Save(dbs, Point(L"P2", bhbit::Bh, 2, 2, 2, 1));
-  const korvoprjdattype second = FileHeader();
-  EXPECT_EQ(std::memcmp(first.guid, second.guid, sizeof first.guid), 0);
-  EXPECT_EQ(second.uppdnrfil, 2);
+  EXPECT_EQ(std::memcmp(h.guid, FileHeader().guid, sizeof h.guid), 0);
+  EXPECT_EQ(FileHeader().uppdnrfil, 2);
 }
 
 TEST_F(DbsUpdateTest, CountsByKindAndBoundsOverAllPoints) {
@@ -177,25 +171,12 @@ TEST_F(DbsUpdateTest, CountsByKindAndBoundsOverAllPoints) {
   Save(dbs, Point(L"S1", bhbit::Lad, 12, 12, 4, 0));
 
   const korvoprjdattype h = FileHeader();
-  EXPECT_EQ(h.antbh, 1);
-  EXPECT_EQ(h.antavp, 1);
-  EXPECT_EQ(h.antror, 1);
-  EXPECT_EQ(h.antvb, 1);
-  EXPECT_EQ(h.antlje, 1);
-  EXPECT_EQ(h.antlad, 1);
-  EXPECT_EQ(h.antmil, 1);
+  EXPECT_EQ(Counts(h), (std::vector<int>{1, 1, 1, 1, 1, 1, 1, 0}));
   EXPECT_EQ(h.slutpos, 500 + 6 * 62);
   EXPECT_EQ(h.uppdnrfil, 6);
-  EXPECT_EQ(h.minx, 5.0);
-  EXPECT_EQ(h.maxx, 30.0);
-  EXPECT_EQ(h.miny, 10.0);
-  EXPECT_EQ(h.maxy, 25.0);
-  EXPECT_EQ(h.maxz, 8.0);
-  EXPECT_EQ(h.minz, -1.0);  // the pipe: 8 - 9
-  EXPECT_EQ(h.minsekt, 100.0);
-  EXPECT_EQ(h.maxsekt, 9999999.9);
-  const bhdbstype r = FileRecord(562);
-  EXPECT_STREQ(r.kod, L"KP");
+  // minz from the pipe: 8 - 9
+  EXPECT_EQ(Bounds(h), (std::vector<double>{5, 30, 10, 25, -1, 8, 100, 9999999.9}));
+  EXPECT_STREQ(FileRecord(562).kod, L"KP");
 }
 
 TEST_F(DbsUpdateTest, LongRecordsFromVersionFour) {
@@ -214,61 +195,55 @@ TEST_F(DbsUpdateTest, LongRecordsFromVersionFour) {
   EXPECT_STREQ(FileRecord(593, 93).id, L"P2");
 }
 
-TEST_F(DbsUpdateTest, RecordOnlyKeepsTheFilesUpdateNumber) {
+TEST_F(DbsUpdateTest, ModesWriteTheRecordOrTheHeaderOrBoth) {
   CKorvoDbs dbs(&proj);
   MakeDatabase(dbs);
   Save(dbs, Point(L"P1", bhbit::Bh, 1, 2, 3, 4));
   dbs.pael->x = 99.0;
-  ASSERT_EQ(dbs.Uppdat(0, nullptr, 1), 0);
+  ASSERT_EQ(dbs.Uppdat(0, nullptr, 1), 0);  // the record only
   EXPECT_EQ(dbs.prjdat.uppdnrfil, 2);
   EXPECT_EQ(FileHeader().uppdnrfil, 1);
   EXPECT_EQ(FileRecord(500).x, 99.0);
-  EXPECT_EQ(FileHeader().maxx, 1.0);  // no bounds, no header
-}
-
-TEST_F(DbsUpdateTest, HeaderOnlyLeavesTheRecord) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  Save(dbs, Point(L"P1", bhbit::Bh, 1, 2, 3, 4));
+  EXPECT_EQ(FileHeader().maxx, 1.0);
   dbs.pael->x = 50.0;
   std::wcscpy(dbs.prjdat.Prjnamn, L"Vägen");
-  ASSERT_EQ(dbs.Uppdat(4, nullptr, 1), 0);
+  ASSERT_EQ(dbs.Uppdat(4, nullptr, 1), 0);  // the header only
   EXPECT_STREQ(FileHeader().Prjnamn, L"Vägen");
   EXPECT_EQ(FileHeader().maxx, 1.0);
-  EXPECT_EQ(FileRecord(500).x, 1.0);
+  EXPECT_EQ(FileRecord(500).x, 99.0);
   ASSERT_EQ(dbs.Uppdat(2, nullptr, 1), 0);  // bounds and header
   EXPECT_EQ(FileHeader().maxx, 50.0);
-  EXPECT_EQ(FileRecord(500).x, 1.0);
-  EXPECT_EQ(FileHeader().uppdnrfil, 3);
+  EXPECT_EQ(FileRecord(500).x, 99.0);
+  EXPECT_EQ(FileHeader().uppdnrfil, 4);
 }
 
-TEST_F(DbsUpdateTest, ReadOnlyWritesNothing) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  const std::string before = File();
-  dbs.ChangeReadWriteAccess(1);
-  bhdbstype rec = Point(L"P1", bhbit::Bh, 1, 2, 3, 4);
-  dbs.Ny(1, &rec);
-  EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
-  EXPECT_EQ(File(), before);
-  ASSERT_EQ(notices.messages.size(), 1u);
-  EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs") + L"\nBehörighet: Read only !");
-  EXPECT_EQ(dbs.Delete(), -1);
-  EXPECT_EQ(dbs.antal, 1);
-  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-}
-
-TEST_F(DbsUpdateTest, MissingFileCannotBeOpened) {
+TEST_F(DbsUpdateTest, MissingReadOnlyOrExistingFilesAreRefusedWithTheirReasons) {
   CKorvoDbs dbs(&proj);
   dbs.ChangeReadWriteAccess(0);
   dbs.Ny(1, nullptr);
   EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
+  const std::wstring cannot = L"Uppdatering av Brenmark - databas|Kan ikke opne database : ";
   ASSERT_EQ(notices.messages.size(), 1u);
-  EXPECT_EQ(Shown(0), L"Uppdatering av Brenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs"));
+  EXPECT_EQ(Shown(0), cannot + dir.File("Korvodal.dbs"));
   EXPECT_EQ(dbs.pael->pos, 0);
   EXPECT_FALSE(dir.Exists("Korvodal.dbs"));
+  EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
+
+  MakeDatabase(dbs);
+  const std::string before = File();
+  EXPECT_EQ(dbs.SaveDbs(nullptr, 1), -1);
+  ASSERT_EQ(notices.messages.size(), 3u);
+  EXPECT_EQ(Shown(1), L"Korvo|Databasen finns redan !");
+  EXPECT_EQ(Shown(2), L"Uppdatering av ABrenmark - databas|Kan ikke opne database : " +
+                          dir.File("Korvodal.dbs") + L"\n");
+
+  dbs.ChangeReadWriteAccess(1);
+  EXPECT_EQ(dbs.Uppdat(1, nullptr, 1), -3);
+  EXPECT_EQ(File(), before);
+  ASSERT_EQ(notices.messages.size(), 4u);
+  EXPECT_EQ(Shown(3), cannot + dir.File("Korvodal.dbs") + L"\nBehörighet: Read only !");
+  EXPECT_EQ(dbs.Delete(), -1);
+  EXPECT_EQ(dbs.antal, 1);
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
 }
 
@@ -388,8 +363,7 @@ TEST_F(DbsDeleteTest, TheLastRecordGivesItsPlaceBack) {
   EXPECT_STREQ(dbs.pael->id, L"P2");
   const korvoprjdattype h = FileHeader();
   EXPECT_EQ(h.slutpos, 624);
-  EXPECT_EQ(h.antrader, 0);
-  EXPECT_EQ(h.antvb, 0);
+  EXPECT_EQ(Counts(h), (std::vector<int>{1, 0, 1, 0, 0, 0, 1, 0}));
   EXPECT_EQ(h.uppdnrfil, 4);
   const bhdbstype r = FileRecord(624);
   EXPECT_STREQ(r.id, L"");
@@ -403,10 +377,7 @@ TEST_F(DbsDeleteTest, AnyOtherLeavesAHole) {
   EXPECT_STREQ(dbs.pael->id, L"P3");
   const korvoprjdattype h = FileHeader();
   EXPECT_EQ(h.slutpos, 686);
-  EXPECT_EQ(h.antrader, 1);
-  EXPECT_EQ(h.antror, 0);
-  EXPECT_EQ(h.antmil, 0);
-  EXPECT_EQ(h.antbh, 1);
+  EXPECT_EQ(Counts(h), (std::vector<int>{1, 0, 0, 1, 0, 0, 0, 1}));
   EXPECT_STREQ(FileRecord(562).id, L"");
   EXPECT_STREQ(FileRecord(624).id, L"P3");
 }
@@ -420,52 +391,37 @@ TEST_F(DbsDeleteTest, ARecordNeverWrittenTouchesNeitherFileNorCounts) {
   EXPECT_EQ(File(), before);
   EXPECT_EQ(std::memcmp(&header, &dbs.prjdat, sizeof header), 0);
   EXPECT_EQ(dbs.antal, 3);
-}
-
-TEST_F(DbsDeleteTest, DeletePostLeavesTheFileAlone) {
-  const std::string before = File();
-  Go(L"P1");
+  Go(L"P1");  // DeletePost leaves the file alone
   EXPECT_EQ(dbs.DeletePost(), 0);
   EXPECT_EQ(File(), before);
   EXPECT_EQ(dbs.antal, 2);
 }
 
-TEST_F(DbsDeleteTest, DeleteIdRemovesThePointsFiles) {
+TEST_F(DbsDeleteTest, DeleteIdRemovesThePointsFilesUnlessReadOnly) {
   std::filesystem::create_directory(dir.path() / "Dbf");
-  for (const char* name : {"Dbf/P1.SND", "Dbf/p1.tlk", "Dbf/P1", "Dbf/P11.SND", "Dbf/P2.SND"}) {
+  for (const char* name :
+       {"Dbf/P1.SND", "Dbf/p1.tlk", "Dbf/P1", "Dbf/P11.SND", "Dbf/P2.SND", "Dbf/P3.SND"}) {
     dir.Write(name, "x");
   }
+  Go(L"P3");
+  dbs.ChangeReadWriteAccess(1);
+  EXPECT_EQ(dbs.DeleteId(), -1);
+  EXPECT_TRUE(dir.Exists("Dbf/P3.SND"));
+  EXPECT_EQ(dbs.antal, 3);
+  dbs.ChangeReadWriteAccess(0);
   Go(L"P1");
   EXPECT_EQ(dbs.DeleteId(), 0);
-  EXPECT_FALSE(dir.Exists("Dbf/P1.SND"));
-  EXPECT_FALSE(dir.Exists("Dbf/p1.tlk"));
-  EXPECT_FALSE(dir.Exists("Dbf/P1"));
+  for (const char* gone : {"Dbf/P1.SND", "Dbf/p1.tlk", "Dbf/P1"}) EXPECT_FALSE(dir.Exists(gone));
   EXPECT_TRUE(dir.Exists("Dbf/P11.SND"));
   EXPECT_TRUE(dir.Exists("Dbf/P2.SND"));
   EXPECT_EQ(FileHeader().antrader, 1);
-}
-
-TEST_F(DbsDeleteTest, DeleteIdOfTheOnlyRecordRemovesItsFilesAllTheSame) {
+  // The only record left has its files removed all the same.
   Go(L"P2");
   dbs.DeletePost();
   Go(L"P3");
-  dbs.DeletePost();
-  std::filesystem::create_directory(dir.path() / "Dbf");
-  dir.Write("Dbf/P1.SND", "x");
-  Go(L"P1");
   EXPECT_EQ(dbs.DeleteId(), 0);
   EXPECT_EQ(dbs.antal, 0);
-  EXPECT_FALSE(dir.Exists("Dbf/P1.SND"));
-}
-
-TEST_F(DbsDeleteTest, DeleteIdReadOnlyFails) {
-  std::filesystem::create_directory(dir.path() / "Dbf");
-  dir.Write("Dbf/P1.SND", "x");
-  Go(L"P1");
-  dbs.ChangeReadWriteAccess(1);
-  EXPECT_EQ(dbs.DeleteId(), -1);
-  EXPECT_TRUE(dir.Exists("Dbf/P1.SND"));
-  EXPECT_EQ(dbs.antal, 3);
+  EXPECT_FALSE(dir.Exists("Dbf/P3.SND"));
 }
 
 TEST_F(DbsDeleteTest, DeleteIdOfAnAvpPointRewritesTheAvpFile) {
@@ -489,10 +445,7 @@ TEST_F(DbsDeleteTest, SaveDbsOfAShorterList) {
   ASSERT_EQ(dbs.SaveDbs(nullptr, 0), 0);
   const korvoprjdattype h = FileHeader();
   EXPECT_EQ(h.slutpos, 624);
-  EXPECT_EQ(h.antbh, 0);
-  EXPECT_EQ(h.antror, 1);
-  EXPECT_EQ(h.antvb, 1);
-  EXPECT_EQ(h.antmil, 1);
+  EXPECT_EQ(Counts(h), (std::vector<int>{0, 0, 1, 1, 0, 0, 1, 0}));
   EXPECT_EQ(h.uppdnrfil, 4);
   EXPECT_STREQ(FileRecord(500).id, L"P2");
   EXPECT_STREQ(FileRecord(562).id, L"P3");
@@ -515,16 +468,6 @@ TEST_F(DbsDeleteTest, SaveDbsRefusesAFileThatChangedSinceItWasRead) {
   EXPECT_EQ(Shown(notices.messages.size() - 1),
             L"Innlesning av Brenmark - databas|Fel vid uppdatering av databasen (uppdnr=4/3)");
   EXPECT_FALSE(dir.Exists("Korvodal.dbk"));
-}
-
-TEST_F(DbsUpdateTest, SaveDbsOfANewFileThatExists) {
-  CKorvoDbs dbs(&proj);
-  MakeDatabase(dbs);
-  EXPECT_EQ(dbs.SaveDbs(nullptr, 1), -1);
-  ASSERT_EQ(notices.messages.size(), 2u);
-  EXPECT_EQ(Shown(0), L"Korvo|Databasen finns redan !");
-  EXPECT_EQ(Shown(1), L"Uppdatering av ABrenmark - databas|Kan ikke opne database : " +
-                          dir.File("Korvodal.dbs") + L"\n");
 }
 
 }  // namespace
