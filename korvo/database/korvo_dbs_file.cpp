@@ -51,12 +51,16 @@ int CKorvoDbs::Dbs_rw(int mode) {
 // system lets exactly one of several users who try at the same moment
 // succeed, so a test for the file and its creation can never both pass for
 // two of them. A user who loses that race waits as for any other lock.
-// Creation comes first, so that an open without contention costs one call.
+// Creation comes first, so that an open without contention costs one call;
+// its failure says whether the lock is held or cannot be made at all, with
+// no second look that another user's release could fool.
 int CKorvoDbs::TakeLock() {
   const std::wstring path = dbkfil.GetFilePath();
   for (int waited = 0;; ++waited) {
-    if (korvo::CreateFileExclusive(path, {kLockMark, sizeof kLockMark - 1})) return 0;
-    if (!korvo::FileExists(path)) {
+    const korvo::Created created =
+        korvo::CreateFileExclusive(path, {kLockMark, sizeof kLockMark - 1});
+    if (created == korvo::Created::kCreated) return 0;
+    if (created == korvo::Created::kFailed) {
       korvo::ShowMessage(korvo::Format(L"Failed to create a Lockfile %s\nDo you have write "
                                        L"access in this folder?",
                                        path),

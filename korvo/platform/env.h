@@ -42,8 +42,10 @@ KORVO_EXPORT bool CanReadWrite(const std::wstring& path);
 
 // Creates `path` only if nothing is there, atomically: of several callers at
 // the same moment exactly one succeeds. The file is left holding `content`
-// and closed.
-KORVO_EXPORT bool CreateFileExclusive(const std::wstring& path, std::string_view content = {});
+// and closed. kExists: something of that name, in any case, was there first;
+// kFailed: the file could not be made for another reason.
+enum class Created { kCreated, kExists, kFailed };
+KORVO_EXPORT Created CreateFileExclusive(const std::wstring& path, std::string_view content = {});
 
 // The creation time (birth time where the file system keeps one, else the last
 // write time) and the last write time of a file, in local time.

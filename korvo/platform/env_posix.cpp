@@ -129,17 +129,17 @@ bool CanReadWrite(const std::wstring& path) {
   return IsRegularFile(native) && ::access(native.c_str(), R_OK | W_OK) == 0;
 }
 
-bool CreateFileExclusive(const std::wstring& path, std::string_view content) {
+Created CreateFileExclusive(const std::wstring& path, std::string_view content) {
   // A lock file made by a program that spelt the name in another case is
   // still the same lock.
-  if (FindExistingPath(path) != path) return false;
+  if (FindExistingPath(path) != path) return Created::kExists;
   const int fd = ::open(NativePath(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-  if (fd < 0) return false;
+  if (fd < 0) return errno == EEXIST ? Created::kExists : Created::kFailed;
   // The file exists now, and that is what counts; a short write leaves a
   // shorter mark.
   if (!content.empty()) (void)!::write(fd, content.data(), content.size());
   ::close(fd);
-  return true;
+  return Created::kCreated;
 }
 
 bool GetLocalFileTimes(const std::wstring& path, LocalTime* created, LocalTime* written) {

@@ -61,19 +61,19 @@ TEST(Files, DirectoriesAreNotFiles) {
 
 TEST(Files, CreateFileExclusiveSucceedsOnce) {
   test::TempDir dir;
-  EXPECT_TRUE(CreateFileExclusive(dir.File("Korvodal.dbk")));
-  EXPECT_TRUE(dir.Exists("Korvodal.dbk"));
+  EXPECT_EQ(CreateFileExclusive(dir.File("Korvodal.dbk")), Created::kCreated);
   EXPECT_EQ(dir.Read("Korvodal.dbk"), "");
-  EXPECT_FALSE(CreateFileExclusive(dir.File("Korvodal.dbk")));
+  EXPECT_EQ(CreateFileExclusive(dir.File("Korvodal.dbk")), Created::kExists);
   // The same lock spelt in another case is still held.
-  EXPECT_FALSE(CreateFileExclusive(dir.File("KORVODAL.DBK")));
+  EXPECT_EQ(CreateFileExclusive(dir.File("KORVODAL.DBK")), Created::kExists);
   EXPECT_FALSE(dir.Exists("KORVODAL.DBK"));
   ASSERT_TRUE(RemoveFile(dir.File("Korvodal.dbk")));
   // The mark goes in with the creation, and a failed second try keeps it.
-  EXPECT_TRUE(CreateFileExclusive(dir.File("Korvodal.dbk"), "Database busy!"));
-  EXPECT_FALSE(CreateFileExclusive(dir.File("Korvodal.dbk"), "other"));
+  EXPECT_EQ(CreateFileExclusive(dir.File("Korvodal.dbk"), "Database busy!"), Created::kCreated);
+  EXPECT_EQ(CreateFileExclusive(dir.File("Korvodal.dbk"), "other"), Created::kExists);
   EXPECT_EQ(dir.Read("Korvodal.dbk"), "Database busy!");
-  EXPECT_FALSE(CreateFileExclusive(dir.wpath() + L"/missing/x.dbk"));
+  // Where nothing can be made, that is no lock held by anybody.
+  EXPECT_EQ(CreateFileExclusive(dir.wpath() + L"/missing/x.dbk"), Created::kFailed);
 }
 
 TEST(Files, CanReadWriteWantsAnExistingFile) {

@@ -76,16 +76,20 @@ bool CanReadWrite(const std::wstring& path) {
   return FileExists(path) && ::_waccess(path.c_str(), 6) == 0;
 }
 
-bool CreateFileExclusive(const std::wstring& path, std::string_view content) {
+Created CreateFileExclusive(const std::wstring& path, std::string_view content) {
   HANDLE h = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (h == INVALID_HANDLE_VALUE) return false;
+  if (h == INVALID_HANDLE_VALUE) {
+    const DWORD error = ::GetLastError();
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ? Created::kExists
+                                                                       : Created::kFailed;
+  }
   if (!content.empty()) {
     DWORD written = 0;
     ::WriteFile(h, content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
   }
   ::CloseHandle(h);
-  return true;
+  return Created::kCreated;
 }
 
 bool GetLocalFileTimes(const std::wstring& path, LocalTime* created, LocalTime* written) {
