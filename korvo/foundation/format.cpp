@@ -182,11 +182,11 @@ wchar_t* PutNarrow(wchar_t* d, std::string_view s) {
   return std::copy(s.begin(), s.end(), d);
 }
 
-void EmitPieces(std::wstring& out, const FormatSpec& spec, Pieces p, bool zero_pad) {
+void EmitPieces(std::wstring& out, const FormatSpec& directive, Pieces p, bool zero_pad) {
   size_t len = p.prefix.size() + p.zeros + p.body.size() + p.inner_zeros + p.tail.size();
-  size_t width = static_cast<size_t>(spec.width);
+  size_t width = static_cast<size_t>(directive.width);
   size_t pad = width > len ? width - len : 0;
-  if (pad != 0 && !spec.left && zero_pad) {
+  if (pad != 0 && !directive.left && zero_pad) {
     p.zeros += pad;
     len += pad;
     pad = 0;
@@ -194,27 +194,27 @@ void EmitPieces(std::wstring& out, const FormatSpec& spec, Pieces p, bool zero_p
   size_t old = out.size();
   out.resize(old + len + pad);
   wchar_t* d = out.data() + old;
-  if (!spec.left) d = std::fill_n(d, pad, L' ');
+  if (!directive.left) d = std::fill_n(d, pad, L' ');
   d = PutNarrow(d, p.prefix);
   d = std::fill_n(d, p.zeros, L'0');
   d = PutNarrow(d, p.body);
   d = std::fill_n(d, p.inner_zeros, L'0');
   d = PutNarrow(d, p.tail);
-  if (spec.left) std::fill_n(d, pad, L' ');
+  if (directive.left) std::fill_n(d, pad, L' ');
 }
 
-void EmitWide(std::wstring& out, const FormatSpec& spec, const wchar_t* s, size_t n) {
-  size_t width = static_cast<size_t>(spec.width);
+void EmitWide(std::wstring& out, const FormatSpec& directive, const wchar_t* s, size_t n) {
+  size_t width = static_cast<size_t>(directive.width);
   size_t pad = width > n ? width - n : 0;
-  if (!spec.left) out.append(pad, L' ');
+  if (!directive.left) out.append(pad, L' ');
   out.append(s, n);
-  if (spec.left) out.append(pad, L' ');
+  if (directive.left) out.append(pad, L' ');
 }
 
-std::string_view SignOf(bool negative, const FormatSpec& spec) {
+std::string_view SignOf(bool negative, const FormatSpec& directive) {
   if (negative) return "-";
-  if (spec.plus) return "+";
-  if (spec.space) return " ";
+  if (directive.plus) return "+";
+  if (directive.space) return " ";
   return {};
 }
 
@@ -235,37 +235,38 @@ char* DigitsBackwards(char* end, unsigned long long v, unsigned base, bool upper
   return end;
 }
 
-void FormatInteger(std::wstring& out, const FormatSpec& spec, const FormatArg& arg) {
-  bool is_signed = spec.conv == L'd' || spec.conv == L'i';
+void FormatInteger(std::wstring& out, const FormatSpec& directive, const FormatArg& arg) {
+  bool is_signed = directive.conv == L'd' || directive.conv == L'i';
   bool negative = false;
   unsigned long long magnitude;
   if (is_signed) {
-    long long v = NarrowSigned(arg.AsInt(), spec.length);
+    long long v = NarrowSigned(arg.AsInt(), directive.length);
     negative = v < 0;
     magnitude = negative ? 0 - static_cast<unsigned long long>(v) : v;
   } else {
-    magnitude = NarrowUnsigned(arg.AsUnsigned(), spec.length);
+    magnitude = NarrowUnsigned(arg.AsUnsigned(), directive.length);
   }
   unsigned base = 10;
-  if (spec.conv == L'o') base = 8;
-  if (spec.conv == L'x' || spec.conv == L'X') base = 16;
+  if (directive.conv == L'o') base = 8;
+  if (directive.conv == L'x' || directive.conv == L'X') base = 16;
 
   char buf[24];
   char* end = buf + sizeof buf;
   char* start = end;
-  if (spec.precision != 0 || magnitude != 0) {
-    start = DigitsBackwards(end, magnitude, base, spec.conv == L'X');
+  if (directive.precision != 0 || magnitude != 0) {
+    start = DigitsBackwards(end, magnitude, base, directive.conv == L'X');
   }
   Pieces p;
   p.body = std::string_view(start, end - start);
   size_t digits = p.body.size();
-  if (spec.precision > 0 && static_cast<size_t>(spec.precision) > digits) {
-    p.zeros = spec.precision - digits;
+  if (directive.precision > 0 && static_cast<size_t>(directive.precision) > digits) {
+    p.zeros = directive.precision - digits;
   }
-  if (is_signed) p.prefix = SignOf(negative, spec);
-  if (spec.alt && base == 8 && p.zeros == 0 && (digits == 0 || p.body[0] != '0')) p.zeros = 1;
-  if (spec.alt && base == 16 && magnitude != 0) p.prefix = spec.conv == L'X' ? "0X" : "0x";
-  EmitPieces(out, spec, p, spec.zero && spec.precision < 0);
+  if (is_signed) p.prefix = SignOf(negative, directive);
+  if (directive.alt && base == 8 && p.zeros == 0 && (digits == 0 || p.body[0] != '0')) p.zeros = 1;
+  if (directive.alt && base == 16 && magnitude != 0)
+    p.prefix = directive.conv == L'X' ? "0X" : "0x";
+  EmitPieces(out, directive, p, directive.zero && directive.precision < 0);
 }
 
 // Past these, the exact decimal expansion of a double has only zeros left:
@@ -367,25 +368,25 @@ FloatText AltGeneralText(char* buf, double v, int significant) {
   return ScientificText(buf, v, significant - 1);
 }
 
-void FormatFloat(std::wstring& out, const FormatSpec& spec, double v) {
-  bool upper = spec.conv >= L'A' && spec.conv <= L'Z';
-  wchar_t conv = ToLower(spec.conv);
+void FormatFloat(std::wstring& out, const FormatSpec& directive, double v) {
+  bool upper = directive.conv >= L'A' && directive.conv <= L'Z';
+  wchar_t conv = ToLower(directive.conv);
   Pieces p;
-  p.prefix = SignOf(std::signbit(v), spec);
+  p.prefix = SignOf(std::signbit(v), directive);
   if (!std::isfinite(v)) {
     p.body = std::isnan(v) ? (upper ? "NAN" : "nan") : (upper ? "INF" : "inf");
-    EmitPieces(out, spec, p, false);
+    EmitPieces(out, directive, p, false);
     return;
   }
   v = std::fabs(v);
-  int precision = spec.precision < 0 ? 6 : spec.precision;
+  int precision = directive.precision < 0 ? 6 : directive.precision;
   char buf[kFloatBuffer];
   FloatText t{};
   if (conv == L'f') {
     t = FixedText(buf, v, precision);
   } else if (conv == L'e') {
     t = ScientificText(buf, v, precision);
-  } else if (spec.alt) {
+  } else if (directive.alt) {
     t = AltGeneralText(buf, v, std::max(precision, 1));
   } else {
     int significant = std::min(std::max(precision, 1), kMaxSignificant);
@@ -398,20 +399,20 @@ void FormatFloat(std::wstring& out, const FormatSpec& spec, double v) {
   p.tail = std::string_view(e, t.end - e);
   // "#" keeps the point even with no digits after it: "3." and "3.e+00".
   char with_point[8];
-  if (spec.alt && t.needs_point) {
+  if (directive.alt && t.needs_point) {
     with_point[0] = '.';
     std::copy(p.tail.begin(), p.tail.end(), with_point + 1);
     p.tail = std::string_view(with_point, p.tail.size() + 1);
   }
-  EmitPieces(out, spec, p, spec.zero);
+  EmitPieces(out, directive, p, directive.zero);
 }
 
-void FormatString(std::wstring& out, const FormatSpec& spec, const FormatArg& arg) {
+void FormatString(std::wstring& out, const FormatSpec& directive, const FormatArg& arg) {
   const wchar_t* s = arg.AsString();
   size_t n = 0;
-  size_t limit = spec.precision < 0 ? SIZE_MAX : static_cast<size_t>(spec.precision);
+  size_t limit = directive.precision < 0 ? SIZE_MAX : static_cast<size_t>(directive.precision);
   while (n < limit && s[n] != 0) ++n;
-  EmitWide(out, spec, s, n);
+  EmitWide(out, directive, s, n);
 }
 
 class ArgList {
@@ -427,57 +428,57 @@ class ArgList {
 };
 
 // Reads flags, width, precision and length of the conversion after '%'.
-const wchar_t* ParseFormatSpec(const wchar_t* f, ArgList& args, FormatSpec* spec) {
+const wchar_t* ParseFormatSpec(const wchar_t* f, ArgList& args, FormatSpec* directive) {
   for (;; ++f) {
     if (*f == L'-') {
-      spec->left = true;
+      directive->left = true;
     } else if (*f == L'+') {
-      spec->plus = true;
+      directive->plus = true;
     } else if (*f == L' ') {
-      spec->space = true;
+      directive->space = true;
     } else if (*f == L'#') {
-      spec->alt = true;
+      directive->alt = true;
     } else if (*f == L'0') {
-      spec->zero = true;
+      directive->zero = true;
     } else {
       break;
     }
   }
   if (*f == L'*') {
     long long w = NarrowSigned(args.Next().AsInt(), Length::kNone);
-    if (w < 0) spec->left = true;
-    spec->width = static_cast<int>(std::min<long long>(w < 0 ? -w : w, INT_MAX));
+    if (w < 0) directive->left = true;
+    directive->width = static_cast<int>(std::min<long long>(w < 0 ? -w : w, INT_MAX));
     ++f;
   } else {
-    f = ParseCount(f, &spec->width);
+    f = ParseCount(f, &directive->width);
   }
   if (*f == L'.') {
     ++f;
     if (*f == L'*') {
       long long prec = NarrowSigned(args.Next().AsInt(), Length::kNone);
-      spec->precision = prec < 0 ? -1 : static_cast<int>(prec);
+      directive->precision = prec < 0 ? -1 : static_cast<int>(prec);
       ++f;
     } else {
-      f = ParseCount(f, &spec->precision);
+      f = ParseCount(f, &directive->precision);
     }
   }
-  return ParseLength(f, &spec->length);
+  return ParseLength(f, &directive->length);
 }
 
 // Formats the conversion that starts after '%'; returns where the format
 // goes on.
 const wchar_t* FormatOne(std::wstring& out, const wchar_t* percent, ArgList& args) {
-  FormatSpec spec;
-  const wchar_t* f = ParseFormatSpec(percent + 1, args, &spec);
-  spec.conv = *f;
-  switch (spec.conv) {
+  FormatSpec directive;
+  const wchar_t* f = ParseFormatSpec(percent + 1, args, &directive);
+  directive.conv = *f;
+  switch (directive.conv) {
     case L'd':
     case L'i':
     case L'u':
     case L'o':
     case L'x':
     case L'X':
-      FormatInteger(out, spec, args.Next());
+      FormatInteger(out, directive, args.Next());
       break;
     case L'f':
     case L'F':
@@ -485,16 +486,16 @@ const wchar_t* FormatOne(std::wstring& out, const wchar_t* percent, ArgList& arg
     case L'E':
     case L'g':
     case L'G':
-      FormatFloat(out, spec, args.Next().AsDouble());
+      FormatFloat(out, directive, args.Next().AsDouble());
       break;
     case L's':
     case L'S':
-      FormatString(out, spec, args.Next());
+      FormatString(out, directive, args.Next());
       break;
     case L'c':
     case L'C': {
       wchar_t c = static_cast<wchar_t>(args.Next().AsInt());
-      EmitWide(out, spec, &c, 1);
+      EmitWide(out, directive, &c, 1);
       break;
     }
     case L'%':
@@ -653,15 +654,15 @@ bool ParseFloatText(const char* s, const char* end, T* value) {
 
 // Reads the set of "%[" up to its closing ']'. A set without one ends the
 // scan, as an unknown conversion does.
-const wchar_t* ParseScanSet(const wchar_t* f, ScanSpec* spec) {
-  spec->negate = *f == L'^';
-  if (spec->negate) ++f;
-  spec->set = f;
+const wchar_t* ParseScanSet(const wchar_t* f, ScanSpec* directive) {
+  directive->negate = *f == L'^';
+  if (directive->negate) ++f;
+  directive->set = f;
   if (*f == L']') ++f;  // a ']' first is a member
   while (*f != 0 && *f != L']') ++f;
-  spec->set_end = f;
+  directive->set_end = f;
   if (*f == 0) {
-    spec->conv = 0;
+    directive->conv = 0;
     return f;
   }
   return f + 1;
@@ -669,19 +670,19 @@ const wchar_t* ParseScanSet(const wchar_t* f, ScanSpec* spec) {
 
 // Reads assignment suppression, width, length and conversion of the
 // conversion after '%'; returns where the format goes on.
-const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* spec) {
+const wchar_t* ParseScanSpec(const wchar_t* f, ScanSpec* directive) {
   if (*f == L'*') {
-    spec->suppress = true;
+    directive->suppress = true;
     ++f;
   }
   if (IsDigit(*f)) {
-    f = ParseCount(f, &spec->width);
-    if (spec->width == 0) spec->width = -1;
+    f = ParseCount(f, &directive->width);
+    if (directive->width == 0) directive->width = -1;
   }
-  f = ParseLength(f, &spec->length);
-  spec->conv = *f;
-  if (spec->conv == 0) return f;
-  if (spec->conv == L'[') return ParseScanSet(f + 1, spec);
+  f = ParseLength(f, &directive->length);
+  directive->conv = *f;
+  if (directive->conv == 0) return f;
+  if (directive->conv == L'[') return ParseScanSet(f + 1, directive);
   return f + 1;
 }
 
@@ -819,18 +820,18 @@ class Scanner {
     return !AtEnd();
   }
 
-  Step Convert(const ScanSpec& spec);
-  Step ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed);
-  Step ScanFloat(const ScanSpec& spec);
-  Step ScanWord(const ScanSpec& spec);
-  Step ScanChars(const ScanSpec& spec);
-  Step ScanSet(const ScanSpec& spec);
-  Step StoreFloat(const ScanSpec& spec, const char* s, const char* end);
-  Step ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed);
+  Step Convert(const ScanSpec& directive);
+  Step ScanInteger(const ScanSpec& directive, unsigned base, bool is_signed);
+  Step ScanFloat(const ScanSpec& directive);
+  Step ScanWord(const ScanSpec& directive);
+  Step ScanChars(const ScanSpec& directive);
+  Step ScanSet(const ScanSpec& directive);
+  Step StoreFloat(const ScanSpec& directive, const char* s, const char* end);
+  Step ScanAnyInteger(const ScanSpec& directive, unsigned base, bool is_signed);
   const wchar_t* RunCommon(const wchar_t* f);
-  Step StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+  Step StoreInteger(const ScanSpec& directive, bool is_signed, bool negative,
                     unsigned long long magnitude, bool overflow);
-  bool PlainDecimal(const ScanSpec& spec);
+  bool PlainDecimal(const ScanSpec& directive);
 
   // The next destination, or null when the caller gave too few.
   const ScanArg* Destination() { return next_ != last_ ? next_++ : nullptr; }
@@ -898,10 +899,10 @@ int Scanner::Run(const wchar_t* f) {
   f = RunCommon(f);
   for (wchar_t c = *f; c != 0; c = *f) {
     if (c == L'%' && f[1] != L'%') {
-      ScanSpec spec;
-      f = ParseScanSpec(f + 1, &spec);
-      if (spec.conv == 0) break;
-      Step step = Convert(spec);
+      ScanSpec directive;
+      f = ParseScanSpec(f + 1, &directive);
+      if (directive.conv == 0) break;
+      Step step = Convert(directive);
       if (step == Step::kInputEnd) return done_ == 0 ? -1 : done_;
       if (step == Step::kMismatch) break;
       continue;
@@ -923,20 +924,20 @@ int Scanner::Run(const wchar_t* f) {
   return done_;
 }
 
-Step Scanner::Convert(const ScanSpec& spec) {
-  if (spec.conv != L'c' && spec.conv != L'[') SkipSpace();
-  switch (spec.conv) {
+Step Scanner::Convert(const ScanSpec& directive) {
+  if (directive.conv != L'c' && directive.conv != L'[') SkipSpace();
+  switch (directive.conv) {
     case L'd':
-      return ScanInteger(spec, 10, true);
+      return ScanInteger(directive, 10, true);
     case L'i':
-      return ScanInteger(spec, 0, true);
+      return ScanInteger(directive, 0, true);
     case L'u':
-      return ScanInteger(spec, 10, false);
+      return ScanInteger(directive, 10, false);
     case L'x':
     case L'X':
-      return ScanInteger(spec, 16, false);
+      return ScanInteger(directive, 16, false);
     case L'o':
-      return ScanInteger(spec, 8, false);
+      return ScanInteger(directive, 8, false);
     case L'f':
     case L'F':
     case L'e':
@@ -945,36 +946,36 @@ Step Scanner::Convert(const ScanSpec& spec) {
     case L'G':
     case L'a':
     case L'A':
-      return ScanFloat(spec);
+      return ScanFloat(directive);
     case L's':
     case L'S':
-      return ScanWord(spec);
+      return ScanWord(directive);
     case L'c':
     case L'C':
-      return ScanChars(spec);
+      return ScanChars(directive);
     case L'[':
-      return ScanSet(spec);
+      return ScanSet(directive);
     default:
       return Step::kMismatch;
   }
 }
 
-inline Step Scanner::ScanInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
+inline Step Scanner::ScanInteger(const ScanSpec& directive, unsigned base, bool is_signed) {
   if (AtEnd()) return Step::kInputEnd;
   bool negative = false;
   unsigned long long magnitude = 0;
-  if (base == 10 && spec.width < 0) {
+  if (base == 10 && directive.width < 0) {
     if (const wchar_t* q = ReadShortDecimal(p_, end_, &negative, &magnitude)) {
       p_ = q;
-      return StoreInteger(spec, is_signed, negative, magnitude, false);
+      return StoreInteger(directive, is_signed, negative, magnitude, false);
     }
   }
-  return ScanAnyInteger(spec, base, is_signed);
+  return ScanAnyInteger(directive, base, is_signed);
 }
 
 // Any base, any width, any number of digits.
-Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed) {
-  int width = spec.width;
+Step Scanner::ScanAnyInteger(const ScanSpec& directive, unsigned base, bool is_signed) {
+  int width = directive.width;
   bool negative = false;
   unsigned long long magnitude = 0;
   if (*p_ == L'-' || *p_ == L'+') {
@@ -1004,21 +1005,22 @@ Step Scanner::ScanAnyInteger(const ScanSpec& spec, unsigned base, bool is_signed
     }
   }
   if (!any_digit) return Step::kMismatch;
-  return StoreInteger(spec, is_signed, negative, magnitude, overflow);
+  return StoreInteger(directive, is_signed, negative, magnitude, overflow);
 }
 
-inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool negative,
+inline Step Scanner::StoreInteger(const ScanSpec& directive, bool is_signed, bool negative,
                                   unsigned long long magnitude, bool overflow) {
-  if (spec.suppress) return Step::kOk;
+  if (directive.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
   // Big numbers saturate, as with strtol and strtoul, and are then cut to
   // the size the length modifier names.
   if (is_signed) {
-    StoreNumber(*dest, NarrowSigned(SaturatedSigned(negative, magnitude, overflow), spec.length));
+    StoreNumber(*dest,
+                NarrowSigned(SaturatedSigned(negative, magnitude, overflow), directive.length));
   } else {
     unsigned long long v = overflow ? ULLONG_MAX : negative ? 0 - magnitude : magnitude;
-    StoreNumber(*dest, NarrowUnsigned(v, spec.length));
+    StoreNumber(*dest, NarrowUnsigned(v, directive.length));
   }
   return Assigned();
 }
@@ -1026,11 +1028,12 @@ inline Step Scanner::StoreInteger(const ScanSpec& spec, bool is_signed, bool neg
 // The characters of a floating-point number, taken as the C library takes
 // them: greedily, so that "1e" or "1e+" are consumed whole although only the
 // "1" is a number.
-Step Scanner::ScanFloat(const ScanSpec& spec) {
+Step Scanner::ScanFloat(const ScanSpec& directive) {
   if (AtEnd()) return Step::kInputEnd;
-  if (spec.width < 0 && PlainDecimal(spec)) return spec.suppress ? Step::kOk : Assigned();
+  if (directive.width < 0 && PlainDecimal(directive))
+    return directive.suppress ? Step::kOk : Assigned();
   const wchar_t* start = p_;
-  int width = spec.width;
+  int width = directive.width;
   size_t sign = 0;
   if (*p_ == L'-' || *p_ == L'+') {
     sign = 1;
@@ -1088,25 +1091,25 @@ Step Scanner::ScanFloat(const ScanSpec& spec) {
     text = large.data();
   }
   std::transform(start, p_, text, [](wchar_t ch) { return static_cast<char>(ch); });
-  return StoreFloat(spec, text, text + n);
+  return StoreFloat(directive, text, text + n);
 }
 
 // Plain decimals in a float or double destination (see PlainDecimal).
 // Returns false, consuming and storing nothing, where they do not apply.
-inline bool Scanner::PlainDecimal(const ScanSpec& spec) {
+inline bool Scanner::PlainDecimal(const ScanSpec& directive) {
   PlainNumber n;
   const wchar_t* q = ReadPlainDecimal(p_, end_, &n);
   if (q == nullptr) return false;
-  if (!spec.suppress && (next_ == last_ || !StorePlainDecimal(*next_, n))) return false;
-  if (!spec.suppress) ++next_;
+  if (!directive.suppress && (next_ == last_ || !StorePlainDecimal(*next_, n))) return false;
+  if (!directive.suppress) ++next_;
   p_ = q;
   return true;
 }
 
-Step Scanner::StoreFloat(const ScanSpec& spec, const char* s, const char* end) {
+Step Scanner::StoreFloat(const ScanSpec& directive, const char* s, const char* end) {
   // A float destination is converted straight from the text: going through
   // double would round twice.
-  const ScanArg* dest = spec.suppress ? nullptr : Destination();
+  const ScanArg* dest = directive.suppress ? nullptr : Destination();
   bool ok;
   if (dest != nullptr && dest->kind() == ScanArg::kFloat) {
     float v;
@@ -1122,29 +1125,29 @@ Step Scanner::StoreFloat(const ScanSpec& spec, const char* s, const char* end) {
     if (ok && dest != nullptr && IsNumberKind(dest->kind())) StoreNumber(*dest, v);
   }
   if (!ok) return Step::kMismatch;
-  if (spec.suppress) return Step::kOk;
+  if (directive.suppress) return Step::kOk;
   if (dest == nullptr || !IsNumberKind(dest->kind())) return Step::kMismatch;
   return Assigned();
 }
 
-Step Scanner::ScanWord(const ScanSpec& spec) {
+Step Scanner::ScanWord(const ScanSpec& directive) {
   if (AtEnd()) return Step::kInputEnd;
   const wchar_t* start = p_;
-  int width = spec.width;
+  int width = directive.width;
   while (width != 0 && !AtEnd() && !IsSpace(*p_)) Take(&width);
-  if (spec.suppress) return Step::kOk;
+  if (directive.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
   StoreText(*dest, start, p_ - start, true);
   return Assigned();
 }
 
-Step Scanner::ScanChars(const ScanSpec& spec) {
+Step Scanner::ScanChars(const ScanSpec& directive) {
   if (AtEnd()) return Step::kInputEnd;
   const wchar_t* start = p_;
-  int width = spec.width < 0 ? 1 : spec.width;
+  int width = directive.width < 0 ? 1 : directive.width;
   while (width != 0 && !AtEnd()) Take(&width);
-  if (spec.suppress) return Step::kOk;
+  if (directive.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
   StoreText(*dest, start, p_ - start, false);
@@ -1164,13 +1167,14 @@ bool InSet(wchar_t c, const wchar_t* set, const wchar_t* set_end) {
   return false;
 }
 
-Step Scanner::ScanSet(const ScanSpec& spec) {
+Step Scanner::ScanSet(const ScanSpec& directive) {
   if (AtEnd()) return Step::kInputEnd;
   const wchar_t* start = p_;
-  int width = spec.width;
-  while (width != 0 && !AtEnd() && InSet(*p_, spec.set, spec.set_end) != spec.negate) Take(&width);
+  int width = directive.width;
+  while (width != 0 && !AtEnd() && InSet(*p_, directive.set, directive.set_end) != directive.negate)
+    Take(&width);
   if (p_ == start) return Step::kMismatch;
-  if (spec.suppress) return Step::kOk;
+  if (directive.suppress) return Step::kOk;
   const ScanArg* dest = Destination();
   if (dest == nullptr || IsNumberKind(dest->kind())) return Step::kMismatch;
   StoreText(*dest, start, p_ - start, true);
