@@ -130,7 +130,7 @@ struct CKorvoDbs::OpenScan {
   static constexpr int kStart = korvo::dbs::kFirstRecordOffset;
 
   std::unique_ptr<uint8_t[]> bytes;  // the file from the first record to its end
-  size_t size = 0;                   // of bytes
+  size_t loaded = 0;                 // bytes read into `bytes`
   int rpos = kStart;                 // where the next record is read
   int wpos = kStart;                 // where it goes while packing
   int nbh = 0;
@@ -141,7 +141,7 @@ struct CKorvoDbs::OpenScan {
   size_t dirty_from = SIZE_MAX;  // the bytes changed, as offsets into `bytes`
   size_t dirty_to = 0;
 
-  int End() const { return kStart + static_cast<int>(size); }
+  int End() const { return kStart + static_cast<int>(loaded); }
   uint8_t* At(int pos) { return bytes.get() + (pos - kStart); }
   void Touched(int pos, int size) {
     dirty_from = std::min(dirty_from, static_cast<size_t>(pos - kStart));
@@ -161,7 +161,7 @@ struct CKorvoDbs::OpenScan {
     const size_t want = static_cast<size_t>(length) - kStart;
     bytes.reset(new uint8_t[want]);  // not zeroed: only what is read is used
     file.Seek(kStart, CFile::begin);
-    size = file.Read(bytes.get(), static_cast<unsigned>(want));
+    loaded = file.Read(bytes.get(), static_cast<unsigned>(want));
   }
   void WriteChanges(CFile& file) {
     if (dirty_from >= dirty_to) return;
