@@ -182,12 +182,13 @@ wchar_t* PutNarrow(wchar_t* d, std::string_view s) {
   return std::copy(s.begin(), s.end(), d);
 }
 
-void EmitPieces(std::wstring& out, const FormatSpec& directive, Pieces p, bool zero_pad) {
-  size_t len = p.prefix.size() + p.zeros + p.body.size() + p.inner_zeros + p.tail.size();
+void EmitPieces(std::wstring& out, const FormatSpec& directive, const Pieces& p, bool zero_pad) {
+  size_t zeros = p.zeros;
+  size_t len = p.prefix.size() + zeros + p.body.size() + p.inner_zeros + p.tail.size();
   size_t width = static_cast<size_t>(directive.width);
   size_t pad = width > len ? width - len : 0;
   if (pad != 0 && !directive.left && zero_pad) {
-    p.zeros += pad;
+    zeros += pad;
     len += pad;
     pad = 0;
   }
@@ -196,7 +197,7 @@ void EmitPieces(std::wstring& out, const FormatSpec& directive, Pieces p, bool z
   wchar_t* d = out.data() + old;
   if (!directive.left) d = std::fill_n(d, pad, L' ');
   d = PutNarrow(d, p.prefix);
-  d = std::fill_n(d, p.zeros, L'0');
+  d = std::fill_n(d, zeros, L'0');
   d = PutNarrow(d, p.body);
   d = std::fill_n(d, p.inner_zeros, L'0');
   d = PutNarrow(d, p.tail);
