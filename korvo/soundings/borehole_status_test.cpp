@@ -17,7 +17,7 @@
 #include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/soundings/rock_methods.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/point_project.h"
 
 namespace {
 
@@ -71,23 +71,8 @@ std::vector<Rock> RockRows(CKorvoTlk* tlk) {
 }
 
 // A project with its field directory; documents named P1 in it.
-class BoreholeStatusTest : public testing::Test {
+class BoreholeStatusTest : public korvo::test::PointProjectTest {
  protected:
-  void SetUp() override {
-    std::filesystem::create_directory(dir_.path() / "Dbf");
-    proj_.SetPath(dir_.wpath().c_str());
-    old_status_ = korvo::SetStatusHandler([](const std::wstring&) {});
-    old_message_ =
-        korvo::SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int) {
-          messages_.push_back(t);
-          return korvo::IDNO;
-        });
-  }
-  void TearDown() override {
-    korvo::SetStatusHandler(old_status_);
-    korvo::SetMessageHandler(old_message_);
-  }
-
   // A new borehole document with no parts.
   std::unique_ptr<CKorvoSnd> NewDoc(CKorvoDbs* dbs = nullptr) {
     auto snd = std::make_unique<CKorvoSnd>(&proj_, dbs);
@@ -113,12 +98,6 @@ class BoreholeStatusTest : public testing::Test {
   }
 
   std::filesystem::path TlkFile() const { return dir_.path() / "Dbf" / "P1.TLK"; }
-
-  korvo::test::TempDir dir_;
-  CProjPath proj_;
-  std::vector<std::wstring> messages_;
-  korvo::StatusHandler old_status_;
-  korvo::MessageHandler old_message_;
 };
 
 TEST_F(BoreholeStatusTest, DocumentWithoutBlocks) {
@@ -422,7 +401,7 @@ TEST_F(BoreholeStatusTest, RockLevelReachesTheTlkFileExactlyOnce) {
   auto back = Reload(*snd);
   EXPECT_EQ(RockRows(back->m_tlk).size(), 1u);
   EXPECT_TRUE(DocBits(*back).Test(bhbit::Tlk));
-  EXPECT_TRUE(messages_.empty());
+  EXPECT_TRUE(notices_.messages.empty());
 }
 
 TEST_F(BoreholeStatusTest, RockGivenAsALevel) {

@@ -8,43 +8,13 @@
 
 #include "korvo/context/proj_path.h"
 #include "korvo/foundation/messages.h"
-#include "korvo/testutil/temp_dir.h"
+#include "korvo/testutil/point_project.h"
 
 namespace {
 
 constexpr const char* kGuid = "0f8fad5b-d9cb-469f-a165-70867728950e";
 
-// A project directory with its field directory, and every status text and
-// notice the library gives while the test runs.
-class KorvoSndTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::filesystem::create_directory(dir_.path() / "Dbf");
-    proj_.SetPath(dir_.wpath().c_str());
-    old_status_ = korvo::SetStatusHandler([this](const std::wstring& t) { status_.push_back(t); });
-    old_message_ =
-        korvo::SetMessageHandler([this](const std::wstring&, const std::wstring& t, int, int) {
-          messages_.push_back(t);
-          return korvo::IDNO;
-        });
-  }
-  void TearDown() override {
-    korvo::SetStatusHandler(old_status_);
-    korvo::SetMessageHandler(old_message_);
-  }
-
-  void WriteField(const std::string& name, const std::string& bytes) {
-    dir_.Write("Dbf/" + name, bytes);
-  }
-  std::string ReadField(const std::string& name) { return dir_.Read("Dbf/" + name); }
-
-  korvo::test::TempDir dir_;
-  CProjPath proj_;
-  std::vector<std::wstring> status_;
-  std::vector<std::wstring> messages_;
-  korvo::StatusHandler old_status_;
-  korvo::MessageHandler old_message_;
-};
+using KorvoSndTest = korvo::test::PointProjectTest;
 
 std::string Head() {
   return "6500100.250000\r\n1500200.750000\r\n12.340000\r\n9999999.900000\r\n0.000000\r\n"
@@ -76,8 +46,8 @@ TEST_F(KorvoSndTest, FileAsTheWriterWritesItComesBackByteIdentical) {
   WriteField("P101.SND", "");
   ASSERT_EQ(snd.Uppdat(nullptr, nullptr), 0);
   EXPECT_EQ(ReadField("P101.SND"), file);
-  EXPECT_TRUE(status_.empty());
-  EXPECT_TRUE(messages_.empty());
+  EXPECT_TRUE(notices_.status.empty());
+  EXPECT_TRUE(notices_.messages.empty());
 }
 
 TEST_F(KorvoSndTest, ThreeTextLinesAreWrittenAsFour) {
@@ -98,7 +68,7 @@ TEST_F(KorvoSndTest, ShortHeadFallsBackAndBlocksAreStillFound) {
   EXPECT_EQ(snd.z, 0.0);
   EXPECT_EQ(snd.lutning, 90.0);
   EXPECT_EQ(snd.guid, L"0f8fad5b-d9cb-469f-a165-70867728950e");
-  EXPECT_TRUE(status_.empty());
+  EXPECT_TRUE(notices_.status.empty());
 }
 
 TEST_F(KorvoSndTest, MarkerInTheHeadIsPassedOverThenTheBlocksStartThere) {
@@ -112,8 +82,8 @@ TEST_F(KorvoSndTest, MarkerInTheHeadIsPassedOverThenTheBlocksStartThere) {
   EXPECT_EQ(snd.hdrtal, 7);
   EXPECT_EQ(snd.lutning, 8.0);
   // The first marker is line 3, so "4" is read as a code line.
-  ASSERT_EQ(status_.size(), 1u);
-  EXPECT_EQ(status_[0], L"Okänd metodkod (4) för Id: M");
+  ASSERT_EQ(notices_.status.size(), 1u);
+  EXPECT_EQ(notices_.status[0], L"Okänd metodkod (4) för Id: M");
   EXPECT_EQ(snd.guid, L"g");
 }
 
@@ -138,8 +108,8 @@ TEST_F(KorvoSndTest, MarkersWithTextAndTwoInARowAndUnknownCodes) {
                           kGuid + "\n");
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"U", nullptr), 0);
-  ASSERT_EQ(status_.size(), 1u);
-  EXPECT_EQ(status_[0], L"Okänd metodkod (55) för Id: U");
+  ASSERT_EQ(notices_.status.size(), 1u);
+  EXPECT_EQ(notices_.status[0], L"Okänd metodkod (55) för Id: U");
   EXPECT_STREQ(snd.datum, L"09.03.2014");
   EXPECT_EQ(snd.samlagring, 0);  // block 97 is not read back
   EXPECT_EQ(snd.guid, L"0f8fad5b-d9cb-469f-a165-70867728950e");
@@ -167,16 +137,16 @@ TEST_F(KorvoSndTest, CodeLineWithoutNumberRepeatsTheCodeBefore) {
   WriteField("C.SND", Head() + "*\n55\n*\nabc\n*\n");
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"C", nullptr);
-  ASSERT_EQ(status_.size(), 2u);
-  EXPECT_EQ(status_[1], L"Okänd metodkod (55) för Id: C");
+  ASSERT_EQ(notices_.status.size(), 2u);
+  EXPECT_EQ(notices_.status[1], L"Okänd metodkod (55) för Id: C");
 }
 
 TEST_F(KorvoSndTest, MethodBlockWithoutItsClassCostsAStatusText) {
   WriteField("R.SND", Head() + "*\n35 01.02.2020\n*\n");
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"R", nullptr);
-  ASSERT_FALSE(status_.empty());
-  EXPECT_EQ(status_[0], L"Kan inte skapa klassinformation för DPT (Id=R)");
+  ASSERT_FALSE(notices_.status.empty());
+  EXPECT_EQ(notices_.status[0], L"Kan inte skapa klassinformation för DPT (Id=R)");
   EXPECT_EQ(snd.New(35), 0);
   EXPECT_EQ(snd.New(12), 0);
 }
@@ -206,8 +176,8 @@ TEST_F(KorvoSndTest, IdentityLineWithoutWordIsReported) {
   WriteField("W.SND", Head() + "*\n99\n\n");
   CKorvoSnd snd(&proj_, nullptr);
   snd.Init(L"W", nullptr);
-  ASSERT_EQ(status_.size(), 1u);
-  EXPECT_EQ(status_[0], L"Originalnamnet saknas (id=W)!");
+  ASSERT_EQ(notices_.status.size(), 1u);
+  EXPECT_EQ(notices_.status[0], L"Originalnamnet saknas (id=W)!");
   EXPECT_STREQ(snd.orgnamn, L"W");
 }
 
