@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
@@ -22,11 +23,25 @@ namespace {
 
 using korvo::test::Texts;
 
+struct Row {
+  float djup;
+  const wchar_t* anm = L"";
+};
+
+// Makes the block `code` of `snd`, which `member` then points to, with the
+// stop code `stopp` and `rows`.
 template <class Block>
-void AddRow(Block* block, float djup, const wchar_t* anm = L"") {
-  block->Ny(1, nullptr);
-  block->pael->djup = djup;
-  korvo::CopyField(block->pael->anm, anm);
+Block* Part(CKorvoSnd& snd, Block* CKorvoSnd::*member, int code, int stopp,
+            std::initializer_list<Row> rows) {
+  snd.New(code);
+  Block* block = snd.*member;
+  block->stopp = stopp;
+  for (const Row& row : rows) {
+    block->Ny(1, nullptr);
+    block->pael->djup = row.djup;
+    korvo::CopyField(block->pael->anm, row.anm);
+  }
+  return block;
 }
 
 // A record as the database hands it over: zeros but for the name.
@@ -124,18 +139,10 @@ TEST_F(BoreholeStatusTest, CptBesideDreie) {
   auto snd = NewDoc(&dbs);
   snd->guid = L"doc-guid";
   snd->text1 = L"Comment";
-  snd->New(7);
-  snd->New(21);
-  snd->m_cpt->stopp = 93;
-  snd->m_cpt->digit = 1;
+  Part(*snd, &CKorvoSnd::m_cpt, 7, 93, {{0.5f, L"MY"}, {8.25f}})->digit = 1;
   snd->m_cpt->guid = L"cpt-guid";
-  AddRow(snd->m_cpt, 0.5f, L"MY");
-  AddRow(snd->m_cpt, 8.25f);
-  snd->m_dreie->stopp = 120;  // no stop code: counts as 90
-  snd->m_dreie->guid = L"dreie-guid";
-  AddRow(snd->m_dreie, 1.0f);
-  AddRow(snd->m_dreie, 1.75f, L"MY");
-  AddRow(snd->m_dreie, 6.0f);
+  // 120 is no stop code: it counts as 90.
+  Part(*snd, &CKorvoSnd::m_dreie, 21, 120, {{1.0f}, {1.75f, L"MY"}, {6.0f}})->guid = L"dreie-guid";
 
   EXPECT_EQ(snd->IfDigitaliserad(), 1);
   double my = 0.0;  // the Dreie is asked before the CPT
@@ -173,10 +180,8 @@ TEST_F(BoreholeStatusTest, CptBesideDreie) {
 
 TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
   auto snd = NewDoc();
-  snd->New(24);
-  snd->New(25);
-  snd->m_ram->stopp = 95;
-  snd->m_total->stopp = 89;
+  Part(*snd, &CKorvoSnd::m_ram, 24, 95, {});
+  Part(*snd, &CKorvoSnd::m_total, 25, 89, {});
   int stopp = 94;  // what the caller held does not count
   snd->GetMaxStopp(&stopp);
   EXPECT_EQ(stopp, 90);
@@ -185,57 +190,39 @@ TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
   EXPECT_EQ(stopp, 94);
 }
 
+// Each block starts where the blocks before it ended (CPT, Dreie, Ram, Enkel,
+// Dtrykk, ...), or at its first row when that is shallower. A first row within the slack below the
+// point's start (2.0) starts the block there, alone or behind a CPT that went deeper.
 TEST_F(BoreholeStatusTest, StartDepthsOfTheBlocks) {
-  // Each block starts where the one before ended, or at its first row when
-  // that is shallower.
-  auto snd = NewDoc();
-  snd->startdjup = 2.0f;
-  snd->New(21);
-  snd->New(22);
-  AddRow(snd->m_dreie, 1.98f);
-  AddRow(snd->m_dreie, 10.0f);
-  AddRow(snd->m_enkel, 10.0f);
-  AddRow(snd->m_enkel, 12.0f);
-  auto back = Reload(*snd);
-  EXPECT_NEAR(back->m_dreie->startdjup, 1.98, 1e-6);
-  EXPECT_NEAR(back->m_enkel->startdjup, 10.0, 1e-6);
-  EXPECT_EQ(DocBits(*back), "01 00 00 00 00 03 00");
-
-  // A first row within the slack below the point's start (2.0) starts the
-  // block there, alone or behind a CPT that went deeper; one at 2.10 starts at
-  // itself; a block without rows starts where the blocks before it ended.
   struct Case {
     bool behind_cpt;
     float first;
     double start;
   };
-  for (const Case& c : {Case{false, 2.03f, 2.0}, Case{true, 2.03f, 2.0}, Case{true, 2.10f, 2.10}}) {
-    auto doc = NewDoc();
-    doc->startdjup = 2.0f;
-    if (c.behind_cpt) {
-      doc->New(7);
-      AddRow(doc->m_cpt, 2.5f);
-      AddRow(doc->m_cpt, 3.0f);
-    }
-    doc->New(21);
-    doc->New(23);
-    AddRow(doc->m_dreie, c.first);
-    AddRow(doc->m_dreie, 8.0f);
-    auto read = Reload(*doc);
+  for (const Case& c : {Case{false, 1.98f, 1.98}, Case{false, 2.03f, 2.0}, Case{true, 2.03f, 2.0},
+                        Case{true, 2.10f, 2.10}}) {
     SCOPED_TRACE(c.first);
+    auto snd = NewDoc();
+    snd->startdjup = 2.0f;
+    if (c.behind_cpt) Part(*snd, &CKorvoSnd::m_cpt, 7, 0, {{2.5f}, {3.0f}});
+    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{c.first}, {8.0f}});
+    Part(*snd, &CKorvoSnd::m_enkel, 22, 0, {{8.0f}, {12.0f}});
+    Part(*snd, &CKorvoSnd::m_dtrykk, 23, 0, {});
+    auto back = Reload(*snd);
+    EXPECT_EQ(DocBits(*back), c.behind_cpt ? "01 00 00 00 01 07 00" : "01 00 00 00 00 07 00");
     if (c.behind_cpt) {
-      EXPECT_NEAR(read->m_cpt->startdjup, 2.0, 1e-6);
+      EXPECT_NEAR(back->m_cpt->startdjup, 2.0, 1e-6);
     }
-    EXPECT_NEAR(read->m_dreie->startdjup, c.start, 1e-6);
-    EXPECT_NEAR(read->m_dtrykk->startdjup, 8.0, 1e-6);
+    EXPECT_NEAR(back->m_dreie->startdjup, c.start, 1e-6);
+    EXPECT_NEAR(back->m_enkel->startdjup, 8.0, 1e-6);
+    EXPECT_NEAR(back->m_dtrykk->startdjup, 12.0, 1e-6);
   }
 }
 
 TEST_F(BoreholeStatusTest, InclinedHole) {
   for (double lutning : {89.6, 89.4, 60.0, 0.0}) {
     auto snd = NewDoc(nullptr, lutning);
-    snd->New(21);
-    AddRow(snd->m_dreie, 4.0f);
+    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{4.0f}});
     const bool inclined = lutning != 89.6;
     EXPECT_EQ(Reload(*snd)->bhbit[6], inclined ? 0x40 : 0) << lutning;
     bhdbstype rec = Record();
@@ -254,11 +241,7 @@ TEST_F(BoreholeStatusTest, InclinedHole) {
 TEST_F(BoreholeStatusTest, RockInTotalWithTwoAndAHalfAndThreeMetresBelow) {
   for (float bottom : {12.5f, 13.0f}) {
     auto snd = NewDoc();
-    snd->New(25);
-    snd->m_total->stopp = 93;
-    AddRow(snd->m_total, 2.0f);
-    AddRow(snd->m_total, 10.0f, L"F");
-    AddRow(snd->m_total, bottom);
+    Part(*snd, &CKorvoSnd::m_total, 25, 93, {{2.0f}, {10.0f, L"F"}, {bottom}});
     bhdbstype rec = Record();
     EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 10 00");
     EXPECT_DOUBLE_EQ(rec.berg, bottom - 10.0);
@@ -268,11 +251,7 @@ TEST_F(BoreholeStatusTest, RockInTotalWithTwoAndAHalfAndThreeMetresBelow) {
 
 TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
   auto snd = NewDoc();
-  snd->New(26);
-  snd->m_fjell->stopp = 94;
-  AddRow(snd->m_fjell, 4.0f);
-  AddRow(snd->m_fjell, 5.0f, L"F");
-  AddRow(snd->m_fjell, 8.0f);
+  Part(*snd, &CKorvoSnd::m_fjell, 26, 94, {{4.0f}, {5.0f, L"F"}, {8.0f}});
   bhdbstype rec = Record();
   EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 20 00");
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
@@ -280,10 +259,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
   // A Total that met rock deeper: the metres in rock are the larger of the
   // two, and the rock row stays where the Fjell, asked last, puts it.
-  snd->New(25);
-  snd->m_total->stopp = 93;
-  AddRow(snd->m_total, 6.0f, L"F");
-  AddRow(snd->m_total, 6.5f);
+  Part(*snd, &CKorvoSnd::m_total, 25, 93, {{6.0f, L"F"}, {6.5f}});
   rec = Record();
   snd->Snd2Bhbit(&rec);
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
@@ -291,9 +267,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
   // A stop code that does not allow rock: no metres, no rock row.
   auto no_rock = NewDoc();
-  no_rock->New(26);
-  no_rock->m_fjell->stopp = 92;
-  AddRow(no_rock->m_fjell, 5.0f, L"F");
+  Part(*no_rock, &CKorvoSnd::m_fjell, 26, 92, {{5.0f, L"F"}});
   rec = Record();
   EXPECT_EQ(RecBits(*no_rock, rec), "01 00 00 00 00 20 00");
   EXPECT_EQ(rec.berg, 0.0);
@@ -302,10 +276,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
 TEST_F(BoreholeStatusTest, RockLevelReachesTheTlkFileExactlyOnce) {
   auto snd = NewDoc();
-  snd->New(25);
-  snd->m_total->stopp = 93;
-  AddRow(snd->m_total, 10.0f, L"F");
-  AddRow(snd->m_total, 14.0f);
+  Part(*snd, &CKorvoSnd::m_total, 25, 93, {{10.0f, L"F"}, {14.0f}});
   bhdbstype rec = Record();
   ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
   EXPECT_EQ(dir_.Read("Dbf/P1.TLK"),
@@ -350,9 +321,8 @@ TEST_F(BoreholeStatusTest, MapSymbolOnlyInVersionFourDatabases) {
     dbs.Ny(1, nullptr);  // the record the database is saving, current
     korvo::CopyField(dbs.pael->id, L"P1");
     auto snd = NewDoc(&dbs);
-    snd->New(21);
-    snd->New(25);
-    AddRow(snd->m_dreie, 3.0f);
+    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{3.0f}});
+    Part(*snd, &CKorvoSnd::m_total, 25, 0, {});
     ASSERT_EQ(snd->Snd2Bhbit(dbs.pael), 0);
     // A borehole with rotary and total sounding.
     EXPECT_EQ(dbs.pael->symbol, version[0] == L'4' ? 1073741889 : -1) << version;
