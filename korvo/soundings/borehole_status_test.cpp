@@ -191,8 +191,9 @@ TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
 }
 
 // Each block starts where the blocks before it ended (CPT, Dreie, Ram, Enkel,
-// Dtrykk, ...), or at its first row when that is shallower. A first row within the slack below the
-// point's start (2.0) starts the block there, alone or behind a CPT that went deeper.
+// Dtrykk, ...), or at its first row when that is shallower. A first row within
+// the slack below the point's start (2.0) starts the block there, alone or
+// behind a CPT that went deeper.
 TEST_F(BoreholeStatusTest, StartDepthsOfTheBlocks) {
   struct Case {
     bool behind_cpt;
