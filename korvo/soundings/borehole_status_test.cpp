@@ -31,8 +31,8 @@ struct Row {
 // Makes the block `code` of `snd`, which `member` then points to, with the
 // stop code `stopp` and `rows`.
 template <class Block>
-Block* Part(CKorvoSnd& snd, Block* CKorvoSnd::*member, int code, int stopp,
-            std::initializer_list<Row> rows) {
+Block* AddBlock(CKorvoSnd& snd, Block* CKorvoSnd::*member, int code, int stopp,
+                std::initializer_list<Row> rows) {
   snd.New(code);
   Block* block = snd.*member;
   block->stopp = stopp;
@@ -139,10 +139,11 @@ TEST_F(BoreholeStatusTest, CptBesideDreie) {
   auto snd = NewDoc(&dbs);
   snd->guid = L"doc-guid";
   snd->text1 = L"Comment";
-  Part(*snd, &CKorvoSnd::m_cpt, 7, 93, {{0.5f, L"MY"}, {8.25f}})->digit = 1;
+  AddBlock(*snd, &CKorvoSnd::m_cpt, 7, 93, {{0.5f, L"MY"}, {8.25f}})->digit = 1;
   snd->m_cpt->guid = L"cpt-guid";
   // 120 is no stop code: it counts as 90.
-  Part(*snd, &CKorvoSnd::m_dreie, 21, 120, {{1.0f}, {1.75f, L"MY"}, {6.0f}})->guid = L"dreie-guid";
+  AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 120, {{1.0f}, {1.75f, L"MY"}, {6.0f}})->guid =
+      L"dreie-guid";
 
   EXPECT_EQ(snd->IfDigitaliserad(), 1);
   double my = 0.0;  // the Dreie is asked before the CPT
@@ -180,8 +181,8 @@ TEST_F(BoreholeStatusTest, CptBesideDreie) {
 
 TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
   auto snd = NewDoc();
-  Part(*snd, &CKorvoSnd::m_ram, 24, 95, {});
-  Part(*snd, &CKorvoSnd::m_total, 25, 89, {});
+  AddBlock(*snd, &CKorvoSnd::m_ram, 24, 95, {});
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 89, {});
   int stopp = 94;  // what the caller held does not count
   snd->GetMaxStopp(&stopp);
   EXPECT_EQ(stopp, 90);
@@ -205,10 +206,10 @@ TEST_F(BoreholeStatusTest, StartDepthsOfTheBlocks) {
     SCOPED_TRACE(c.first);
     auto snd = NewDoc();
     snd->startdjup = 2.0f;
-    if (c.behind_cpt) Part(*snd, &CKorvoSnd::m_cpt, 7, 0, {{2.5f}, {3.0f}});
-    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{c.first}, {8.0f}});
-    Part(*snd, &CKorvoSnd::m_enkel, 22, 0, {{8.0f}, {12.0f}});
-    Part(*snd, &CKorvoSnd::m_dtrykk, 23, 0, {});
+    if (c.behind_cpt) AddBlock(*snd, &CKorvoSnd::m_cpt, 7, 0, {{2.5f}, {3.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{c.first}, {8.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_enkel, 22, 0, {{8.0f}, {12.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_dtrykk, 23, 0, {});
     auto back = Reload(*snd);
     EXPECT_EQ(DocBits(*back), c.behind_cpt ? "01 00 00 00 01 07 00" : "01 00 00 00 00 07 00");
     if (c.behind_cpt) {
@@ -223,7 +224,7 @@ TEST_F(BoreholeStatusTest, StartDepthsOfTheBlocks) {
 TEST_F(BoreholeStatusTest, InclinedHole) {
   for (double lutning : {89.6, 89.4, 60.0, 0.0}) {
     auto snd = NewDoc(nullptr, lutning);
-    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{4.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{4.0f}});
     const bool inclined = lutning != 89.6;
     EXPECT_EQ(Reload(*snd)->bhbit[6], inclined ? 0x40 : 0) << lutning;
     bhdbstype rec = Record();
@@ -242,7 +243,7 @@ TEST_F(BoreholeStatusTest, InclinedHole) {
 TEST_F(BoreholeStatusTest, RockInTotalWithTwoAndAHalfAndThreeMetresBelow) {
   for (float bottom : {12.5f, 13.0f}) {
     auto snd = NewDoc();
-    Part(*snd, &CKorvoSnd::m_total, 25, 93, {{2.0f}, {10.0f, L"F"}, {bottom}});
+    AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{2.0f}, {10.0f, L"F"}, {bottom}});
     bhdbstype rec = Record();
     EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 10 00");
     EXPECT_DOUBLE_EQ(rec.berg, bottom - 10.0);
@@ -252,7 +253,7 @@ TEST_F(BoreholeStatusTest, RockInTotalWithTwoAndAHalfAndThreeMetresBelow) {
 
 TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
   auto snd = NewDoc();
-  Part(*snd, &CKorvoSnd::m_fjell, 26, 94, {{4.0f}, {5.0f, L"F"}, {8.0f}});
+  AddBlock(*snd, &CKorvoSnd::m_fjell, 26, 94, {{4.0f}, {5.0f, L"F"}, {8.0f}});
   bhdbstype rec = Record();
   EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 20 00");
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
@@ -260,7 +261,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
   // A Total that met rock deeper: the metres in rock are the larger of the
   // two, and the rock row stays where the Fjell, asked last, puts it.
-  Part(*snd, &CKorvoSnd::m_total, 25, 93, {{6.0f, L"F"}, {6.5f}});
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{6.0f, L"F"}, {6.5f}});
   rec = Record();
   snd->Snd2Bhbit(&rec);
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
@@ -268,7 +269,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
   // A stop code that does not allow rock: no metres, no rock row.
   auto no_rock = NewDoc();
-  Part(*no_rock, &CKorvoSnd::m_fjell, 26, 92, {{5.0f, L"F"}});
+  AddBlock(*no_rock, &CKorvoSnd::m_fjell, 26, 92, {{5.0f, L"F"}});
   rec = Record();
   EXPECT_EQ(RecBits(*no_rock, rec), "01 00 00 00 00 20 00");
   EXPECT_EQ(rec.berg, 0.0);
@@ -277,7 +278,7 @@ TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
 
 TEST_F(BoreholeStatusTest, RockLevelReachesTheTlkFileExactlyOnce) {
   auto snd = NewDoc();
-  Part(*snd, &CKorvoSnd::m_total, 25, 93, {{10.0f, L"F"}, {14.0f}});
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{10.0f, L"F"}, {14.0f}});
   bhdbstype rec = Record();
   ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
   EXPECT_EQ(dir_.Read("Dbf/P1.TLK"),
@@ -322,8 +323,8 @@ TEST_F(BoreholeStatusTest, MapSymbolOnlyInVersionFourDatabases) {
     dbs.Ny(1, nullptr);  // the record the database is saving, current
     korvo::CopyField(dbs.pael->id, L"P1");
     auto snd = NewDoc(&dbs);
-    Part(*snd, &CKorvoSnd::m_dreie, 21, 0, {{3.0f}});
-    Part(*snd, &CKorvoSnd::m_total, 25, 0, {});
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{3.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_total, 25, 0, {});
     ASSERT_EQ(snd->Snd2Bhbit(dbs.pael), 0);
     // A borehole with rotary and total sounding.
     EXPECT_EQ(dbs.pael->symbol, version[0] == L'4' ? 1073741889 : -1) << version;
