@@ -1,123 +1,121 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "korvo/context/proj_path.h"
 #include "korvo/database/dbs_guid.h"
 #include "korvo/database/dbs_records.h"
 #include "korvo/database/korvo_dbs.h"
 #include "korvo/foundation/field_text.h"
-#include "korvo/foundation/messages.h"
+#include "korvo/foundation/format.h"
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/soundings/basic_methods.h"
 #include "korvo/soundings/korvo_cpt.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/soundings/rock_methods.h"
 #include "korvo/testutil/point_project.h"
+#include "korvo/testutil/rows.h"
 
 namespace {
 
+using korvo::test::Texts;
+
+struct Row {
+  float djup;
+  const wchar_t* anm = L"";
+};
+
+// Makes the block `code` of `snd`, which `member` then points to, with the
+// stop code `stopp` and `rows`.
 template <class Block>
-void AddRow(Block* block, float djup, const wchar_t* anm = L"") {
-  block->Ny(1, nullptr);
-  block->pael->djup = djup;
-  korvo::CopyField(block->pael->anm, anm);
+Block* AddBlock(CKorvoSnd& snd, Block* CKorvoSnd::*member, int code, int stopp,
+                std::initializer_list<Row> rows) {
+  snd.New(code);
+  Block* block = snd.*member;
+  block->stopp = stopp;
+  for (const Row& row : rows) {
+    block->Ny(1, nullptr);
+    block->pael->djup = row.djup;
+    korvo::CopyField(block->pael->anm, row.anm);
+  }
+  return block;
 }
 
 // A record as the database hands it over: zeros but for the name.
-bhdbstype Record(const wchar_t* id) {
+bhdbstype Record() {
   bhdbstype rec{};
-  korvo::CopyField(rec.id, id);
+  korvo::CopyField(rec.id, L"P1");
   return rec;
 }
 
-struct Entry {
-  int metod;
-  std::wstring guid;
-  std::wstring id;
-  bool operator==(const Entry&) const = default;
-};
-
-std::vector<Entry> Entries(CDbsGUID& reg) {
-  std::vector<Entry> out;
-  if (reg.Home() == 0) {
-    do out.push_back({reg.pael->metod, reg.pael->guid, reg.pael->id});
-    while (reg++);
+// The seven flag bytes in hex, such as "01 00 00 00 00 00 00".
+std::string Hex(const uint8_t* b) {
+  std::string out;
+  for (int i = 0; i < 7; ++i) {
+    static const char digits[] = "0123456789abcdef";
+    out += std::string(i ? " " : "") + digits[b[i] >> 4] + digits[b[i] & 15];
   }
   return out;
 }
 
-// The "berg" rows of an interpretation as (level, kalla, kalla2).
-struct Rock {
-  float niva;
-  int kalla;
-  int kalla2;
-};
-
-std::vector<Rock> RockRows(CKorvoTlk* tlk) {
-  std::vector<Rock> out;
+// The "berg" rows of an interpretation as "level kalla kalla2".
+Texts Rocks(CKorvoTlk* tlk) {
+  Texts out;
   if (tlk != nullptr && tlk->Home() == 0) {
     do {
-      if (std::wstring(tlk->pael->namn) == L"berg") {
-        out.push_back({tlk->pael->niva, tlk->pael->kalla, tlk->pael->kalla2});
+      const matetype& r = *tlk->pael;
+      if (std::wstring(r.namn) == L"berg") {
+        out.push_back(korvo::Format(L"%.2f %d %d", r.niva, r.kalla, r.kalla2));
       }
     } while ((*tlk)++);
   }
   return out;
 }
 
-// A project with its field directory; documents named P1 in it.
 class BoreholeStatusTest : public korvo::test::PointProjectTest {
  protected:
-  // A new borehole document with no parts.
-  std::unique_ptr<CKorvoSnd> NewDoc(CKorvoDbs* dbs = nullptr) {
+  // A new borehole document P1 at level 50 with no parts.
+  std::unique_ptr<CKorvoSnd> NewDoc(CKorvoDbs* dbs = nullptr, double lutning = 90.0) {
     auto snd = std::make_unique<CKorvoSnd>(&proj_, dbs);
     korvo::CopyField(snd->id, L"P1");
     snd->typ = &CKorvoSnd::Bh;
     snd->z = 50.0;
+    snd->lutning = lutning;
     return snd;
   }
-
-  // Saves `snd` and reads it back into a new document, whose Init fills the
-  // status of the document.
+  // Saves `snd` and reads it back into a new document, whose Init fills its
+  // status.
   std::unique_ptr<CKorvoSnd> Reload(CKorvoSnd& snd) {
     EXPECT_EQ(snd.Uppdat(nullptr, nullptr), 0);
     auto back = std::make_unique<CKorvoSnd>(&proj_, nullptr);
     EXPECT_EQ(back->Init(L"P1", nullptr), 0);
     return back;
   }
-
-  static ::bhbit DocBits(const CKorvoSnd& snd) {
-    ::bhbit bits;
-    std::copy(snd.bhbit, snd.bhbit + 7, bits.b);
-    return bits;
+  static std::string DocBits(const CKorvoSnd& snd) { return Hex(snd.bhbit); }
+  // The record's flags after Snd2Bhbit.
+  static std::string RecBits(CKorvoSnd& snd, bhdbstype& rec) {
+    EXPECT_EQ(snd.Snd2Bhbit(&rec), 0);
+    return Hex(rec.bit.b);
   }
-
-  std::filesystem::path TlkFile() const { return dir_.path() / "Dbf" / "P1.TLK"; }
 };
 
 TEST_F(BoreholeStatusTest, DocumentWithoutBlocks) {
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"P1", nullptr), 0);  // no files at all
-  float djup = 0.0f;
+  float djup = 7.5f;                       // the caller's start value stays
   EXPECT_EQ(snd.GetMaxDjup(&djup), 0);
-  EXPECT_EQ(djup, 0.0f);
-  djup = 7.5f;  // the caller's start value stays when nothing is deeper
-  snd.GetMaxDjup(&djup);
   EXPECT_EQ(djup, 7.5f);
   int stopp = 120;
   EXPECT_EQ(snd.GetMaxStopp(&stopp), 0);
   EXPECT_EQ(stopp, 90);
-  EXPECT_EQ(snd.MyKod(), -1);
   double my = 3.0;
   EXPECT_EQ(snd.MyKod(&my), -1);
   EXPECT_EQ(my, 0.0);
   EXPECT_EQ(snd.IfDigitaliserad(), 0);
-  for (unsigned char byte : snd.bhbit) EXPECT_EQ(byte, 0);
+  EXPECT_EQ(DocBits(snd), "00 00 00 00 00 00 00");
 
   snd.x = 1.5;
   snd.y = 2.5;
@@ -125,21 +123,13 @@ TEST_F(BoreholeStatusTest, DocumentWithoutBlocks) {
   snd.sek = 120.0;
   snd.avst = -4.0;
   korvo::CopyField(snd.datum, L"01.02.2023");
-  bhdbstype rec = Record(L"P1");
+  bhdbstype rec = Record();
   rec.symbol = 17;
-  EXPECT_EQ(snd.Snd2Bhbit(&rec), 0);
-  EXPECT_EQ(rec.x, 1.5);
-  EXPECT_EQ(rec.y, 2.5);
-  EXPECT_EQ(rec.z, 3.5);
-  EXPECT_EQ(rec.sekt, 120.0);
-  EXPECT_EQ(rec.avst, -4.0);
-  EXPECT_EQ(rec.djup, 0.0f);
-  EXPECT_EQ(rec.stopp, 90);
-  EXPECT_EQ(rec.berg, 0.0);
-  EXPECT_EQ(rec.symbol, -1);
-  EXPECT_STREQ(rec.datum, L"01.02.2023");
-  for (uint8_t byte : rec.bit.b) EXPECT_EQ(byte, 0);  // no kind: nothing was read
-  EXPECT_FALSE(std::filesystem::exists(TlkFile()));
+  EXPECT_EQ(RecBits(snd, rec), "00 00 00 00 00 00 00");  // no kind: nothing was read
+  EXPECT_EQ(korvo::Format(L"%g %g %g %g %g %g %d %g %d %s", rec.x, rec.y, rec.z, rec.sekt, rec.avst,
+                          rec.djup, rec.stopp, rec.berg, rec.symbol, rec.datum),
+            L"1.5 2.5 3.5 120 -4 0 90 0 -1 01.02.2023");
+  EXPECT_FALSE(dir_.Exists("Dbf/P1.TLK"));
 }
 
 TEST_F(BoreholeStatusTest, CptBesideDreie) {
@@ -149,85 +139,50 @@ TEST_F(BoreholeStatusTest, CptBesideDreie) {
   auto snd = NewDoc(&dbs);
   snd->guid = L"doc-guid";
   snd->text1 = L"Comment";
-  snd->New(7);
-  snd->New(21);
-  snd->m_cpt->stopp = 93;
-  snd->m_cpt->digit = 1;
+  AddBlock(*snd, &CKorvoSnd::m_cpt, 7, 93, {{0.5f, L"MY"}, {8.25f}})->digit = 1;
   snd->m_cpt->guid = L"cpt-guid";
-  AddRow(snd->m_cpt, 0.5f, L"MY");
-  AddRow(snd->m_cpt, 8.25f);
-  snd->m_dreie->stopp = 120;  // no stop code: counts as 90
-  snd->m_dreie->guid = L"dreie-guid";
-  AddRow(snd->m_dreie, 1.0f);
-  AddRow(snd->m_dreie, 1.75f, L"MY");
-  AddRow(snd->m_dreie, 6.0f);
+  // 120 is no stop code: it counts as 90.
+  AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 120, {{1.0f}, {1.75f, L"MY"}, {6.0f}})->guid =
+      L"dreie-guid";
 
-  int stopp = 0;
-  snd->GetMaxStopp(&stopp);
-  EXPECT_EQ(stopp, 93);
   EXPECT_EQ(snd->IfDigitaliserad(), 1);
-  // The Dreie is asked before the CPT.
-  double my = 0.0;
+  double my = 0.0;  // the Dreie is asked before the CPT
   EXPECT_EQ(snd->MyKod(&my), 0);
   EXPECT_DOUBLE_EQ(my, 1.75);
-
-  bhdbstype rec = Record(L"P1");
-  ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
+  bhdbstype rec = Record();
+  EXPECT_EQ(RecBits(*snd, rec), "01 00 00 80 01 01 20");
   EXPECT_EQ(rec.djup, 8.25f);
   EXPECT_EQ(rec.stopp, 93);
   EXPECT_DOUBLE_EQ(rec.mykod, 1.75);
-  EXPECT_TRUE(rec.bit.Test(bhbit::Bh));
-  EXPECT_TRUE(rec.bit.Test(bhbit::Cpt));
-  EXPECT_TRUE(rec.bit.Test(bhbit::Dreie));
-  EXPECT_TRUE(rec.bit.Test(bhbit::Mykod));
-  EXPECT_TRUE(rec.bit.Test(bhbit::Kommentar));
-  EXPECT_FALSE(rec.bit.Test(bhbit::Ram));
-  EXPECT_FALSE(rec.bit.Test(bhbit::Lutande));
-  EXPECT_FALSE(rec.bit.Test(bhbit::Tlk));
   EXPECT_EQ(rec.berg, 0.0);
-  EXPECT_EQ(Entries(reg),
-            (std::vector<Entry>{
-                {97, L"doc-guid", L"P1"}, {7, L"cpt-guid", L"P1"}, {21, L"dreie-guid", L"P1"}}));
+  EXPECT_EQ(
+      korvo::test::EachRow(
+          reg, [](const auto& r) { return korvo::Format(L"%d %s %s", r.metod, r.guid, r.id); }),
+      (Texts{L"97 doc-guid P1", L"7 cpt-guid P1", L"21 dreie-guid P1"}));
 
   // Flags that no part backs any longer are cleared.
-  bhdbstype old = Record(L"P1");
-  old.bit.Set(bhbit::Ram);
-  old.bit.Set(bhbit::Mykod);
-  old.bit.Set(bhbit::Startvarde);
-  old.bit.Set(bhbit::Skv);
-  old.bit.Set(bhbit::Prvtyp);
-  old.bit.Set(bhbit::Dpt);
+  bhdbstype old = Record();
+  for (auto flag :
+       {bhbit::Ram, bhbit::Mykod, bhbit::Startvarde, bhbit::Skv, bhbit::Prvtyp, bhbit::Dpt}) {
+    old.bit.Set(flag);
+  }
   snd->text1.clear();
   snd->m_cpt->Home();
   snd->m_cpt->pael->anm[0] = L'\0';
   snd->m_dreie->Home();
   (*snd->m_dreie)++;
   snd->m_dreie->pael->anm[0] = L'\0';
-  snd->Snd2Bhbit(&old);
-  EXPECT_EQ(old.bit.b[0], 0x01);  // Bh only
-  EXPECT_EQ(old.bit.b[1], 0);
-  EXPECT_EQ(old.bit.b[2], 0);
-  EXPECT_EQ(old.bit.b[3], 0);
-  EXPECT_EQ(old.bit.b[5], 0x01);  // Dreie only
-  EXPECT_EQ(old.bit.b[6], 0);
+  EXPECT_EQ(RecBits(*snd, old), "01 00 00 00 01 01 00");
   EXPECT_EQ(old.mykod, 0.0);
 
-  // Read back, the document's own flags agree.
   snd->m_dbs = nullptr;
-  auto back = Reload(*snd);
-  const ::bhbit bits = DocBits(*back);
-  EXPECT_EQ(bits.b[0], 0x01);
-  EXPECT_EQ(bits.b[4], 0x01);
-  EXPECT_EQ(bits.b[5], 0x01);
-  EXPECT_FALSE(bits.Test(bhbit::Mykod));
+  EXPECT_EQ(DocBits(*Reload(*snd)), "01 00 00 00 01 01 00");
 }
 
 TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
   auto snd = NewDoc();
-  snd->New(24);
-  snd->New(25);
-  snd->m_ram->stopp = 95;
-  snd->m_total->stopp = 89;
+  AddBlock(*snd, &CKorvoSnd::m_ram, 24, 95, {});
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 89, {});
   int stopp = 94;  // what the caller held does not count
   snd->GetMaxStopp(&stopp);
   EXPECT_EQ(stopp, 90);
@@ -236,183 +191,118 @@ TEST_F(BoreholeStatusTest, StopCodesOutsideTheirRangeCountAsOrdinary) {
   EXPECT_EQ(stopp, 94);
 }
 
-TEST_F(BoreholeStatusTest, StartDepthsAcrossBlocks) {
-  auto snd = NewDoc();
-  snd->startdjup = 2.0f;
-  snd->New(21);
-  snd->New(22);
-  AddRow(snd->m_dreie, 1.98f);
-  AddRow(snd->m_dreie, 10.0f);
-  AddRow(snd->m_enkel, 10.0f);
-  AddRow(snd->m_enkel, 12.0f);
-  auto back = Reload(*snd);
-  EXPECT_NEAR(back->m_dreie->startdjup, 1.98, 1e-6);
-  EXPECT_NEAR(back->m_enkel->startdjup, 10.0, 1e-6);
-  const ::bhbit bits = DocBits(*back);
-  EXPECT_EQ(bits.b[0], 0x01);
-  EXPECT_EQ(bits.b[5], 0x03);  // Dreie and Enkel
-}
-
-TEST_F(BoreholeStatusTest, FirstRowJustBelowThePointStartsTheBlockAtThePoint) {
-  // From the maximum rule alone: the point starts at 2.0, the first row at 2.03.
-  auto alone = NewDoc();
-  alone->startdjup = 2.0f;
-  alone->New(21);
-  AddRow(alone->m_dreie, 2.03f);
-  AddRow(alone->m_dreie, 5.0f);
-  EXPECT_NEAR(Reload(*alone)->m_dreie->startdjup, 2.0, 1e-6);
-
-  // Behind a CPT that went to 3.0: a first row at 2.03 is within the slack
-  // of the point's start and starts there; one at 2.10 starts at itself.
-  for (float first : {2.03f, 2.10f}) {
+// Each block starts where the blocks before it ended (CPT, Dreie, Ram, Enkel,
+// Dtrykk, ...), or at its first row when that is shallower. A first row within
+// the slack below the point's start (2.0) starts the block there, alone or
+// behind a CPT that went deeper.
+TEST_F(BoreholeStatusTest, StartDepthsOfTheBlocks) {
+  struct Case {
+    bool behind_cpt;
+    float first;
+    double start;
+  };
+  for (const Case& c : {Case{false, 1.98f, 1.98}, Case{false, 2.03f, 2.0}, Case{true, 2.03f, 2.0},
+                        Case{true, 2.10f, 2.10}}) {
+    SCOPED_TRACE(c.first);
     auto snd = NewDoc();
     snd->startdjup = 2.0f;
-    snd->New(7);
-    snd->New(21);
-    AddRow(snd->m_cpt, 2.5f);
-    AddRow(snd->m_cpt, 3.0f);
-    AddRow(snd->m_dreie, first);
-    AddRow(snd->m_dreie, 8.0f);
+    if (c.behind_cpt) AddBlock(*snd, &CKorvoSnd::m_cpt, 7, 0, {{2.5f}, {3.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{c.first}, {8.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_enkel, 22, 0, {{8.0f}, {12.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_dtrykk, 23, 0, {});
     auto back = Reload(*snd);
-    EXPECT_NEAR(back->m_cpt->startdjup, 2.0, 1e-6);
-    EXPECT_NEAR(back->m_dreie->startdjup, first == 2.03f ? 2.0 : 2.10, 1e-6) << first;
+    EXPECT_EQ(DocBits(*back), c.behind_cpt ? "01 00 00 00 01 07 00" : "01 00 00 00 00 07 00");
+    if (c.behind_cpt) {
+      EXPECT_NEAR(back->m_cpt->startdjup, 2.0, 1e-6);
+    }
+    EXPECT_NEAR(back->m_dreie->startdjup, c.start, 1e-6);
+    EXPECT_NEAR(back->m_enkel->startdjup, 8.0, 1e-6);
+    EXPECT_NEAR(back->m_dtrykk->startdjup, 12.0, 1e-6);
   }
-
-  // A block without rows starts where the blocks before it ended.
-  auto empty = NewDoc();
-  empty->startdjup = 1.0f;
-  empty->New(7);
-  empty->New(23);
-  AddRow(empty->m_cpt, 4.0f);
-  auto back = Reload(*empty);
-  EXPECT_NEAR(back->m_dtrykk->startdjup, 4.0, 1e-6);
 }
 
 TEST_F(BoreholeStatusTest, InclinedHole) {
   for (double lutning : {89.6, 89.4, 60.0, 0.0}) {
-    auto snd = NewDoc();
-    snd->lutning = lutning;
-    snd->New(21);
-    AddRow(snd->m_dreie, 4.0f);
+    auto snd = NewDoc(nullptr, lutning);
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{4.0f}});
     const bool inclined = lutning != 89.6;
-    EXPECT_EQ(DocBits(*Reload(*snd)).Test(bhbit::Lutande), inclined) << lutning;
-    bhdbstype rec = Record(L"P1");
+    EXPECT_EQ(Reload(*snd)->bhbit[6], inclined ? 0x40 : 0) << lutning;
+    bhdbstype rec = Record();
     snd->Snd2Bhbit(&rec);
     EXPECT_EQ(rec.bit.Test(bhbit::Lutande), inclined) << lutning;
   }
-
   // At 60 degrees, 10 metres along the hole are 8.66 in depth. An angle of 0
   // is what old files hold, and counts as vertical here.
   for (double lutning : {60.0, 0.0, 90.0}) {
-    auto snd = NewDoc();
-    snd->lutning = lutning;
+    auto snd = NewDoc(nullptr, lutning);
     ASSERT_EQ(snd->TolkatBerg(10.0f), 0);
-    const std::vector<Rock> rows = RockRows(snd->m_tlk);
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_FLOAT_EQ(rows[0].niva, lutning == 60.0 ? 41.34f : 40.0f) << lutning;
+    EXPECT_EQ(Rocks(snd->m_tlk), Texts{lutning == 60.0 ? L"41.34 4 4" : L"40.00 4 4"}) << lutning;
   }
 }
 
 TEST_F(BoreholeStatusTest, RockInTotalWithTwoAndAHalfAndThreeMetresBelow) {
   for (float bottom : {12.5f, 13.0f}) {
     auto snd = NewDoc();
-    snd->New(25);
-    snd->m_total->stopp = 93;
-    AddRow(snd->m_total, 2.0f);
-    AddRow(snd->m_total, 10.0f, L"F");
-    AddRow(snd->m_total, bottom);
-    bhdbstype rec = Record(L"P1");
-    ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
+    AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{2.0f}, {10.0f, L"F"}, {bottom}});
+    bhdbstype rec = Record();
+    EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 10 00");
     EXPECT_DOUBLE_EQ(rec.berg, bottom - 10.0);
-    EXPECT_TRUE(rec.bit.Test(bhbit::Total));
-    EXPECT_TRUE(rec.bit.Test(bhbit::Tlk));
-    const int kod = bottom >= 13.0f ? 5 : 4;
-    const std::vector<Rock> rows = RockRows(snd->m_tlk);
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_FLOAT_EQ(rows[0].niva, 40.0f);
-    EXPECT_EQ(rows[0].kalla, kod);
-    EXPECT_EQ(rows[0].kalla2, kod);
+    EXPECT_EQ(Rocks(snd->m_tlk), Texts{bottom >= 13.0f ? L"40.00 5 5" : L"40.00 4 4"});
   }
 }
 
 TEST_F(BoreholeStatusTest, RockInFjellAndTheDeeperOfBoth) {
   auto snd = NewDoc();
-  snd->New(26);
-  snd->m_fjell->stopp = 94;
-  AddRow(snd->m_fjell, 4.0f);
-  AddRow(snd->m_fjell, 5.0f, L"F");
-  AddRow(snd->m_fjell, 8.0f);
-  bhdbstype rec = Record(L"P1");
-  snd->Snd2Bhbit(&rec);
+  AddBlock(*snd, &CKorvoSnd::m_fjell, 26, 94, {{4.0f}, {5.0f, L"F"}, {8.0f}});
+  bhdbstype rec = Record();
+  EXPECT_EQ(RecBits(*snd, rec), "01 00 80 00 00 20 00");
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
-  EXPECT_TRUE(rec.bit.Test(bhbit::Fjell));
-  std::vector<Rock> rows = RockRows(snd->m_tlk);
-  ASSERT_EQ(rows.size(), 1u);
-  EXPECT_FLOAT_EQ(rows[0].niva, 45.0f);
-  EXPECT_EQ(rows[0].kalla2, 5);
+  EXPECT_EQ(Rocks(snd->m_tlk), Texts{L"45.00 5 5"});
 
   // A Total that met rock deeper: the metres in rock are the larger of the
-  // two, and the rock row moves to what the Fjell, asked last, says.
-  snd->New(25);
-  snd->m_total->stopp = 93;
-  AddRow(snd->m_total, 6.0f, L"F");
-  AddRow(snd->m_total, 6.5f);
-  rec = Record(L"P1");
+  // two, and the rock row stays where the Fjell, asked last, puts it.
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{6.0f, L"F"}, {6.5f}});
+  rec = Record();
   snd->Snd2Bhbit(&rec);
   EXPECT_DOUBLE_EQ(rec.berg, 3.0);
-  rows = RockRows(snd->m_tlk);
-  ASSERT_EQ(rows.size(), 1u);
-  EXPECT_FLOAT_EQ(rows[0].niva, 45.0f);
+  EXPECT_EQ(Rocks(snd->m_tlk), Texts{L"45.00 5 5"});
 
   // A stop code that does not allow rock: no metres, no rock row.
   auto no_rock = NewDoc();
-  no_rock->New(26);
-  no_rock->m_fjell->stopp = 92;
-  AddRow(no_rock->m_fjell, 5.0f, L"F");
-  rec = Record(L"P1");
-  no_rock->Snd2Bhbit(&rec);
+  AddBlock(*no_rock, &CKorvoSnd::m_fjell, 26, 92, {{5.0f, L"F"}});
+  rec = Record();
+  EXPECT_EQ(RecBits(*no_rock, rec), "01 00 00 00 00 20 00");
   EXPECT_EQ(rec.berg, 0.0);
   EXPECT_EQ(no_rock->m_tlk, nullptr);
-  EXPECT_FALSE(rec.bit.Test(bhbit::Tlk));
 }
 
 TEST_F(BoreholeStatusTest, RockLevelReachesTheTlkFileExactlyOnce) {
   auto snd = NewDoc();
-  snd->New(25);
-  snd->m_total->stopp = 93;
-  AddRow(snd->m_total, 10.0f, L"F");
-  AddRow(snd->m_total, 14.0f);
-  bhdbstype rec = Record(L"P1");
+  AddBlock(*snd, &CKorvoSnd::m_total, 25, 93, {{10.0f, L"F"}, {14.0f}});
+  bhdbstype rec = Record();
   ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
-  ASSERT_TRUE(std::filesystem::exists(TlkFile()));
   EXPECT_EQ(dir_.Read("Dbf/P1.TLK"),
             "berg 1 5 5\r\n  40.0000 \r\n  0.00   0.00   0.00   0.00   0.00   0.00\r\n*\r\n");
 
   // The second round (the database's, after the save) finds the rock in
   // place and does not save again.
-  std::filesystem::remove(TlkFile());
-  rec = Record(L"P1");
+  std::filesystem::remove(dir_.path() / "Dbf" / "P1.TLK");
+  rec = Record();
   ASSERT_EQ(snd->Snd2Bhbit(&rec), 0);
-  EXPECT_FALSE(std::filesystem::exists(TlkFile()));
+  EXPECT_FALSE(dir_.Exists("Dbf/P1.TLK"));
   EXPECT_DOUBLE_EQ(rec.berg, 4.0);
   EXPECT_TRUE(rec.bit.Test(bhbit::Tlk));
 
-  // A document read back has the one rock row, and its status counts it.
   auto back = Reload(*snd);
-  EXPECT_EQ(RockRows(back->m_tlk).size(), 1u);
-  EXPECT_TRUE(DocBits(*back).Test(bhbit::Tlk));
+  EXPECT_EQ(Rocks(back->m_tlk), Texts{L"40.00 5 5"});
+  EXPECT_TRUE(back->bhbit[2] & 0x80);
   EXPECT_TRUE(notices_.messages.empty());
-}
 
-TEST_F(BoreholeStatusTest, RockGivenAsALevel) {
-  auto snd = NewDoc();
-  EXPECT_EQ(snd->TolkatZBerg(41.236), 0);
-  EXPECT_EQ(snd->TolkatZBerg(41.24), -1);  // already there
-  const std::vector<Rock> rows = RockRows(snd->m_tlk);
-  ASSERT_EQ(rows.size(), 1u);
-  EXPECT_FLOAT_EQ(rows[0].niva, 41.24f);
-  EXPECT_EQ(rows[0].kalla, 5);
-  EXPECT_EQ(rows[0].kalla2, 5);
+  // Given as a level, it is not added twice.
+  auto level = NewDoc();
+  EXPECT_EQ(level->TolkatZBerg(41.236), 0);
+  EXPECT_EQ(level->TolkatZBerg(41.24), -1);
+  EXPECT_EQ(Rocks(level->m_tlk), Texts{L"41.24 5 5"});
 }
 
 TEST_F(BoreholeStatusTest, GroundWaterLevelAloneCountsOnlyInTheRecord) {
@@ -420,8 +310,8 @@ TEST_F(BoreholeStatusTest, GroundWaterLevelAloneCountsOnlyInTheRecord) {
   CKorvoSnd snd(&proj_, nullptr);
   ASSERT_EQ(snd.Init(L"P1", nullptr), 0);
   ASSERT_NE(snd.m_tlk, nullptr);
-  EXPECT_FALSE(DocBits(snd).Test(bhbit::Tlk));
-  bhdbstype rec = Record(L"P1");
+  EXPECT_EQ(snd.bhbit[2] & 0x80, 0);
+  bhdbstype rec = Record();
   snd.Snd2Bhbit(&rec);
   EXPECT_TRUE(rec.bit.Test(bhbit::Tlk));
 }
@@ -433,9 +323,8 @@ TEST_F(BoreholeStatusTest, MapSymbolOnlyInVersionFourDatabases) {
     dbs.Ny(1, nullptr);  // the record the database is saving, current
     korvo::CopyField(dbs.pael->id, L"P1");
     auto snd = NewDoc(&dbs);
-    snd->New(21);
-    snd->New(25);
-    AddRow(snd->m_dreie, 3.0f);
+    AddBlock(*snd, &CKorvoSnd::m_dreie, 21, 0, {{3.0f}});
+    AddBlock(*snd, &CKorvoSnd::m_total, 25, 0, {});
     ASSERT_EQ(snd->Snd2Bhbit(dbs.pael), 0);
     // A borehole with rotary and total sounding.
     EXPECT_EQ(dbs.pael->symbol, version[0] == L'4' ? 1073741889 : -1) << version;
@@ -443,21 +332,16 @@ TEST_F(BoreholeStatusTest, MapSymbolOnlyInVersionFourDatabases) {
 }
 
 TEST_F(BoreholeStatusTest, KindOfTheDocument) {
-  struct Case {
-    const int* typ;
-    uint8_t byte0, byte1, byte2;
-  };
-  const Case cases[] = {{&CKorvoSnd::Bh, 0x01, 0, 0},  {&CKorvoSnd::Gvr, 0, 0, 0x02},
-                        {&CKorvoSnd::Mtn, 0, 0, 0x08}, {&CKorvoSnd::Avp, 0x02, 0, 0},
-                        {&CKorvoSnd::Vb, 0, 0x80, 0},  {&CKorvoSnd::Stenlin, 0, 0, 0}};
-  for (const Case& c : cases) {
+  const std::pair<const int*, const char*> cases[] = {
+      {&CKorvoSnd::Bh, "01 00 00"},  {&CKorvoSnd::Gvr, "00 00 02"},
+      {&CKorvoSnd::Mtn, "00 00 08"}, {&CKorvoSnd::Avp, "02 00 00"},
+      {&CKorvoSnd::Vb, "00 80 00"},  {&CKorvoSnd::Stenlin, "00 00 00"}};
+  for (const auto& [typ, bytes] : cases) {
     auto snd = NewDoc();
-    snd->typ = c.typ;
-    bhdbstype rec = Record(L"P1");
+    snd->typ = typ;
+    bhdbstype rec = Record();
     snd->Snd2Bhbit(&rec);
-    EXPECT_EQ(rec.bit.b[0], c.byte0) << *c.typ;
-    EXPECT_EQ(rec.bit.b[1], c.byte1) << *c.typ;
-    EXPECT_EQ(rec.bit.b[2], c.byte2) << *c.typ;
+    EXPECT_EQ(Hex(rec.bit.b).substr(0, 8), bytes) << *typ;
   }
 }
 

@@ -3,18 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "korvo/foundation/field_text.h"
+#include "korvo/foundation/format.h"
 #include "korvo/observations/korvo_tlk.h"
 #include "korvo/soundings/korvo_snd.h"
 #include "korvo/testutil/code_settings.h"
+#include "korvo/testutil/rows.h"
 #include "korvo/testutil/temp_dir.h"
 
 namespace {
 
-using Levels = std::vector<std::pair<std::wstring, float>>;
+using korvo::test::Texts;
 
 // A point at ground level 10 with an empty interpretation. The code table is
 // process-wide and a project setting changes it for good: it is put back when
@@ -39,15 +39,10 @@ class AutoTolkTest : public testing::Test {
     cpt.Ny(1, &row);
   }
   void Row(float djup, const wchar_t* anm) { Row(cpt_, djup, anm); }
-  // The interpretation's rows from the top, name and level.
-  Levels Interpreted() {
-    Levels out;
-    CKorvoTlk& tlk = *snd_.m_tlk;
-    if (tlk.Home() != 0) return out;
-    do {
-      out.emplace_back(tlk.pael->namn, tlk.pael->niva);
-    } while (tlk++ != nullptr);
-    return out;
+  // The interpretation's rows from the top as "name level".
+  static Texts Interpreted(CKorvoSnd& snd) {
+    return korvo::test::EachRow(
+        *snd.m_tlk, [](const matetype& r) { return korvo::Format(L"%s %g", r.namn, r.niva); });
   }
   // Rows whose remarks mix materials, stretches without one, words that are
   // no codes and keys that the code table doesn't hold.
@@ -75,10 +70,8 @@ class AutoTolkTest : public testing::Test {
 TEST_F(AutoTolkTest, MixedRemarksUnderTheBuiltInTable) {
   MixedRows();
   ASSERT_EQ(cpt_.AutoTolk(&snd_, 1.0, 0), 0);
-  const Levels expected = {{L"lera", 9.0f}, {L"lera", 8.0f},   {L"X", 6.0f}, {L"sand", 5.0f},
-                           {L"grus", 4.0f}, {L"gyttja", 3.0f}, {L"X", 2.0f}, {L"sten", 1.0f},
-                           {L"silt", 0.5f}, {L"grus", 0.25f}};
-  EXPECT_EQ(Interpreted(), expected);
+  EXPECT_EQ(Interpreted(snd_), (Texts{L"lera 9", L"lera 8", L"X 6", L"sand 5", L"grus 4",
+                                      L"gyttja 3", L"X 2", L"sten 1", L"silt 0.5", L"grus 0.25"}));
 }
 
 TEST_F(AutoTolkTest, MixedRemarksUnderAllaInCoarseGroups) {
@@ -87,11 +80,9 @@ TEST_F(AutoTolkTest, MixedRemarksUnderAllaInCoarseGroups) {
   ASSERT_EQ(cpt_.AutoTolk(&snd_, 1.0, 1), 0);
   // F is now valid for a CPT and comes before GR; MN, B and BL still name
   // nothing, since the table has no such codes.
-  const Levels expected = {{L"lera", 9.0f},      {L"lera", 8.0f},      {L"X", 6.0f},
-                           {L"friktjord", 5.0f}, {L"fyllning", 4.0f},  {L"lera", 3.0f},
-                           {L"X", 2.0f},         {L"friktjord", 1.0f}, {L"lera", 0.5f},
-                           {L"friktjord", 0.25f}};
-  EXPECT_EQ(Interpreted(), expected);
+  EXPECT_EQ(Interpreted(snd_),
+            (Texts{L"lera 9", L"lera 8", L"X 6", L"friktjord 5", L"fyllning 4", L"lera 3", L"X 2",
+                   L"friktjord 1", L"lera 0.5", L"friktjord 0.25"}));
 }
 
 TEST_F(AutoTolkTest, StretchesWithoutMaterialAtTheEdges) {
@@ -101,8 +92,7 @@ TEST_F(AutoTolkTest, StretchesWithoutMaterialAtTheEdges) {
   Row(3.5f, L"GR");
   ASSERT_EQ(cpt_.AutoTolk(&snd_, 0.5, 0), 0);
   // Depths become levels through the factor.
-  const Levels expected = {{L"sand", 9.0f}, {L"X", 8.5f}, {L"grus", 8.25f}};
-  EXPECT_EQ(Interpreted(), expected);
+  EXPECT_EQ(Interpreted(snd_), (Texts{L"sand 9", L"X 8.5", L"grus 8.25"}));
   EXPECT_EQ(cpt_.Where(nullptr), 3);  // the cursor ends on the last row
 
   // Rows without material at the end leave nothing behind.
@@ -113,14 +103,12 @@ TEST_F(AutoTolkTest, StretchesWithoutMaterialAtTheEdges) {
   Row(tail, 1.0f, L"SA");
   Row(tail, 2.0f, L"");
   ASSERT_EQ(tail.AutoTolk(&other, 1.0, 0), 0);
-  int rows = 0;
-  other.m_tlk->Where(&rows);
-  EXPECT_EQ(rows, 1);
+  EXPECT_EQ(Interpreted(other), Texts{L"sand 9"});
 }
 
 TEST_F(AutoTolkTest, NothingToInterpret) {
   EXPECT_EQ(cpt_.AutoTolk(&snd_, 1.0, 0), -1);
-  EXPECT_TRUE(Interpreted().empty());
+  EXPECT_TRUE(Interpreted(snd_).empty());
   Row(1.0f, L"SA");
   CKorvoSnd without_tlk;
   EXPECT_EQ(cpt_.AutoTolk(&without_tlk, 1.0, 0), -1);
